@@ -1,0 +1,67 @@
+#pragma once
+// The board session and the request wrappers: every transaction with the board goes
+// through here. Failures after the start are silent: a status lands in usbStatus and
+// nothing else happens, and a read that fails gives what replyBuffer last held.
+
+#include "board/BridgeLibrary.h"
+#include "board/Message.h"
+
+#include <array>
+#include <functional>
+#include <ostream>
+#include <string>
+
+namespace qz {
+
+class USBStuff {
+public:
+    explicit USBStuff(BridgeLibrary& library);
+
+    // Session state.
+    int32_t hBoard = 0;
+    int16_t usbStatus = 0;
+    bool noBoard = false;
+    std::array<uint8_t, 64> replyBuffer{};
+    std::string firmwarePath;
+    std::array<uint8_t, 513> firmwareBytes{};
+
+    // Where the firmware file lies: the program's own directory.
+    std::string applicationDirectory = ".";
+    MessageSink messageBox;
+    std::ostream* diagnostics;  // standard error unless a test says otherwise
+    std::function<void(LinkState)> onLinkChange;
+
+    static constexpr const char* kFirmwareFile = "QZ7740SPI.hex";
+    static constexpr size_t kMaxFirmwarePath = 512;
+
+    // Finds the board, connects, loads the firmware and starts the board's service.
+    void LoadUSB();
+    void ShowUSBStatus(int32_t status);
+    void CopyToByteBuffer(const std::string& text);
+
+    void WriteSPIWord(int32_t word);
+    int32_t ReadSPIWord();
+    int32_t ReadADCWord();
+    int32_t ReadI2C(int32_t pointer);
+    int32_t WriteI2C(int32_t data, int32_t pointer);
+    // A request without data stage (219, 224, 226..235). The switch channel request of
+    // the console's option buttons leaves usbStatus alone.
+    void SendRequest(int32_t request, int32_t value = 0, bool storeStatus = true);
+
+    LinkState linkState() const { return library_.linkState(); }
+    std::string titleSuffix() const { return library_.titleSuffix(); }
+    BridgeLibrary& library() { return library_; }
+
+private:
+    int32_t request(int32_t request, int32_t value, int32_t index, int32_t direction,
+                    int32_t length, uint8_t* buffer);
+    void message(const std::string& title, const std::string& text, MsgIcon icon);
+
+    BridgeLibrary& library_;
+    LinkState lastLink_;
+};
+
+// The status bar's word for a link state.
+const char* linkText(LinkState state);
+
+} // namespace qz

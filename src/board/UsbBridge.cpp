@@ -1,0 +1,116 @@
+#include "board/UsbBridge.h"
+
+#include "board/IntelHex.h"
+#include "board/StatusCodes.h"
+
+#include <fstream>
+#include <sstream>
+
+namespace qz {
+
+namespace {
+constexpr uint8_t kVendorOut = 0x40;
+constexpr uint8_t kVendorIn = 0xC0;
+constexpr uint8_t kFirmwareLoad = 0xA0;   // RAM write at the address in the value field
+constexpr uint16_t kCpuControl = 0xE600;  // 1 holds the controller's CPU in reset, 0 frees it
+} // namespace
+
+UsbBridge::UsbBridge(std::unique_ptr<UsbPort> port) : port_(std::move(port)) {}
+
+int32_t UsbBridge::Search_For_Boards(int32_t vendor, int32_t product, int16_t& count,
+                                     uint8_t* paths) {
+    count = 0;
+    if (!initialised_) {
+        initialised_ = true;
+        usable_ = port_ && port_->init();
+    }
+    if (!usable_) return status::NoDevicesFound;
+    const std::vector<uint8_t> found =
+        port_->list(static_cast<uint16_t>(vendor), static_cast<uint16_t>(product));
+    const size_t n = std::min<size_t>(found.size(), kPathArraySize);
+    for (size_t i = 0; i < n; ++i) paths[i] = found[i];
+    count = static_cast<int16_t>(n);
+    return n == 0 ? status::NoDevicesFound : status::OK;
+}
+
+int32_t UsbBridge::Connect(int32_t vendor, int32_t product, uint8_t path, int32_t& handle) {
+    if (!usable_) return status::NoMatchingDevice;
+    const std::vector<uint8_t> found =
+        port_->list(static_cast<uint16_t>(vendor), static_cast<uint16_t>(product));
+    bool present = false;
+    for (uint8_t p : found) present = present || p == path;
+    if (!present) return status::NoMatchingDevice;
+    if (port_->open(static_cast<uint16_t>(vendor), static_cast<uint16_t>(product), path) != 0)
+        return status::ConnectionError;
+    connected_ = true;
+    lost_ = false;
+    timeoutsInRow_ = 0;
+    handle = kHandle;
+    return status::OK;
+}
+
+int32_t UsbBridge::Download_Firmware(int32_t handle, const uint8_t* path) {
+    if (!connected_ || lost_ || handle != kHandle) return status::NoDeviceConnected;
+    if (!path) return status::FirmwareNotFound;
+    // The path is NUL-terminated; one that runs past the buffer's length is refused.
+    size_t len = 0;
+    while (len <= kMaxPath && path[len] != 0) ++len;
+    if (len > kMaxPath) return status::FirmwareNotFound;
+    const std::string name(reinterpret_cast<const char*>(path), len);
+    std::ifstream in(name, std::ios::binary);
+    if (!in) return status::FirmwareNotFound;
+    std::ostringstream text;
+    text << in.rdbuf();
+    const HexImage image = parseIntelHex(text.str());
+    if (!image.ok) return status::FirmwareCorrupted;
+
+    uint8_t hold = 1;
+    if (port_->control(kVendorOut, kFirmwareLoad, kCpuControl, 0, &hold, 1, kTimeoutMs) != 1)
+        return status::FirmwareDownloadFailed;
+    for (HexSegment& chunk : chunkSegments(image.segments, kFirmwareChunk)) {
+        const int n = static_cast<int>(chunk.bytes.size());
+        if (port_->control(kVendorOut, kFirmwareLoad, static_cast<uint16_t>(chunk.address), 0,
+                           chunk.bytes.data(), static_cast<uint16_t>(n), kTimeoutMs) != n)
+            return status::FirmwareDownloadFailed;
+    }
+    uint8_t run = 0;
+    if (port_->control(kVendorOut, kFirmwareLoad, kCpuControl, 0, &run, 1, kTimeoutMs) != 1)
+        return status::FirmwareDownloadFailed;
+    return status::OK;
+}
+
+int32_t UsbBridge::Vendor_Request(int32_t handle, int32_t request, int32_t value, int32_t index,
+                                  int32_t direction, int32_t length, uint8_t* buffer) {
+    if (!connected_ || lost_ || handle != kHandle) return status::NoDeviceConnected;
+    if (direction != 0 && direction != 1) return status::UnexpectedEndpointError;
+    if (length < 0 || length > 0xFFFF || (length > 0 && !buffer))
+        return status::TransferIncomplete;
+    const int result = port_->control(
+        direction == 0 ? kVendorOut : kVendorIn, static_cast<uint8_t>(request),
+        static_cast<uint16_t>(value), static_cast<uint16_t>(index), length > 0 ? buffer : nullptr,
+        static_cast<uint16_t>(length), kTimeoutMs);
+    return transferStatus(result, length);
+}
+
+int32_t UsbBridge::transferStatus(int result, int expected) {
+    if (result == PortTimeout) {
+        // A board that no longer answers must not cost a second per request for ever.
+        if (++timeoutsInRow_ >= kTimeoutsToLose) lost_ = true;
+        return status::TransferIncomplete;
+    }
+    timeoutsInRow_ = 0;
+    if (result == PortNoDevice) {
+        lost_ = true;
+        return status::NoDeviceConnected;
+    }
+    if (result < 0) return status::UnexpectedEndpointError;
+    if (result != expected) return status::TransferIncomplete;
+    return status::OK;
+}
+
+LinkState UsbBridge::linkState() const {
+    if (lost_) return LinkState::Lost;
+    return connected_ ? LinkState::Connected : LinkState::NoBoard;
+}
+
+} // namespace qz

@@ -1,0 +1,38 @@
+#pragma once
+// The thin seam between UsbBridge and the USB stack. LibusbPort is the real one;
+// tests put a scripted port in its place.
+
+#include <cstdint>
+#include <vector>
+
+namespace qz {
+
+// Transfer results below zero, numbered as the USB stack numbers them.
+enum PortError : int {
+    PortIo = -1,
+    PortInvalidParam = -2,
+    PortAccess = -3,
+    PortNoDevice = -4,
+    PortNotFound = -5,
+    PortBusy = -6,
+    PortTimeout = -7,
+    PortOverflow = -8,
+    PortPipe = -9,
+    PortOther = -99,
+};
+
+class UsbPort {
+public:
+    virtual ~UsbPort() = default;
+    // False when the USB stack cannot be used at all.
+    virtual bool init() = 0;
+    // One path byte for every attached device with this vendor and product number.
+    virtual std::vector<uint8_t> list(uint16_t vendor, uint16_t product) = 0;
+    // Opens the device with this path byte and claims interface 0. 0 or a PortError.
+    virtual int open(uint16_t vendor, uint16_t product, uint8_t path) = 0;
+    // One control transfer on the open device: the number of bytes moved, or a PortError.
+    virtual int control(uint8_t requestType, uint8_t request, uint16_t value, uint16_t index,
+                        uint8_t* data, uint16_t length, unsigned timeoutMs) = 0;
+};
+
+} // namespace qz

@@ -1,0 +1,265 @@
+#include "board/VirtualBoard.h"
+
+#include "board/StatusCodes.h"
+
+#include <thread>
+
+namespace qz {
+
+namespace {
+
+// The chip's register file and its power-on contents. The control registers come up
+// cleared: powered down, channel inhibited, MEASOUT Hi-Z, 5uA range, nothing latched.
+// The DAC registers come up at the codes the console shows before any entry: every m
+// 0xFFFF, every c 0x8000, FIN x1 and OFFSET mid-scale, the low clamp and low comparator
+// x1 at 0, the high ones at full scale; the ramp end, step and divider as their fields.
+struct RegInit {
+    int first;
+    int last;
+    uint16_t value;
+};
+constexpr RegInit kPowerOn[] = {
+    {0x01, 0x07, 0x0000},  // system control, DPS1, DPS2, COMP1, COMP2, alarm setup, diag
+    {0x08, 0x08, 0x8000},  // FIN x1
+    {0x09, 0x09, 0xFFFF},  // FIN m
+    {0x0A, 0x0A, 0x8000},  // FIN c
+    {0x0B, 0x0B, 0x8000},  // OFFSET
+    {0x0C, 0x0C, 0x8000},  // OSD
+    {0x0D, 0x0D, 0x0000},  // CLL x1
+    {0x0E, 0x0E, 0xFFFF},
+    {0x0F, 0x0F, 0x8000},
+    {0x10, 0x10, 0xFFFF},  // CLH x1
+    {0x11, 0x11, 0xFFFF},
+    {0x12, 0x12, 0x8000},
+    {0x3D, 0x3D, 0x8000},  // DGS
+    {0x3E, 0x3E, 0xFFFF},  // ramp end code
+    {0x3F, 0x3F, 0x007F},  // ramp step size
+    {0x40, 0x40, 0x007F},  // RCLK divider
+    {0x41, 0x42, 0x0000},  // ramp enable, ramp interrupt
+    {0x43, 0x44, 0xFFC0},  // alarm status: every alarm bit high (no alarm), CPOL, CPOH low
+    {0x52, 0x53, 0x0000},  // hidden test registers
+    {0x56, 0x56, 0x0000},
+};
+
+// Comparator DACs: x1, m, c triples, 0x13..0x27 and 0x45..0x47 low, 0x28..0x3C and
+// 0x48..0x4A high.
+bool comparatorTriple(int address, int& member, bool& high) {
+    int base;
+    if (address >= 0x13 && address <= 0x27) {
+        base = 0x13, high = false;
+    } else if (address >= 0x45 && address <= 0x47) {
+        base = 0x45, high = false;
+    } else if (address >= 0x28 && address <= 0x3C) {
+        base = 0x28, high = true;
+    } else if (address >= 0x48 && address <= 0x4A) {
+        base = 0x48, high = true;
+    } else {
+        return false;
+    }
+    member = (address - base) % 3;
+    return true;
+}
+
+constexpr uint32_t kDoorKeys[] = {0x56A7C2, 0x56B1D8, 0x52C4E8};
+constexpr uint32_t kDoorClose = 0x56B1DA;
+constexpr int kRevisionRegister = 0x53;
+constexpr int kAlarmStatus = 0x43;
+constexpr int kAlarmStatusClear = 0x44;
+constexpr uint16_t kLatchedAlarmBits = 0xAA80; // bits 15, 13, 11, 9, 7
+
+// The sensor's registers by pointer: local and external temperature in degrees, the
+// status (below 64 once a conversion is ready) and the fraction of the external reading.
+constexpr uint8_t kSensorLocal = 0, kSensorExternal = 1, kSensorStatus = 2, kSensorFraction = 16;
+bool sensorReadOnly(int pointer) {
+    return pointer == kSensorLocal || pointer == kSensorExternal || pointer == kSensorStatus ||
+           pointer == kSensorFraction;
+}
+
+} // namespace
+
+VirtualBoard::VirtualBoard(std::chrono::nanoseconds latency) : latency_(latency) {
+    powerOn();
+    sensor_[kSensorLocal] = 26;
+    sensor_[kSensorExternal] = 41;
+    sensor_[kSensorStatus] = 0;
+    sensor_[kSensorFraction] = 0x40;
+}
+
+uint16_t VirtualBoard::powerOnValue(int address) {
+    for (const RegInit& r : kPowerOn)
+        if (address >= r.first && address <= r.last) return r.value;
+    int member = 0;
+    bool high = false;
+    if (comparatorTriple(address, member, high)) {
+        if (member == 1) return 0xFFFF;
+        if (member == 2) return 0x8000;
+        return high ? 0xFFFF : 0x0000;
+    }
+    return 0;
+}
+
+bool VirtualBoard::hasRegister(int address) const {
+    if (address < 0 || address > 0x7F) return false;
+    int member = 0;
+    bool high = false;
+    if (comparatorTriple(address, member, high)) return true;
+    for (const RegInit& r : kPowerOn)
+        if (address >= r.first && address <= r.last) return true;
+    return false;
+}
+
+uint16_t VirtualBoard::reg(int address) const {
+    return hasRegister(address) ? regs_[static_cast<size_t>(address)] : 0;
+}
+
+void VirtualBoard::powerOn() {
+    for (int a = 0; a < 0x80; ++a) regs_[static_cast<size_t>(a)] = powerOnValue(a);
+    spiReply_ = 0;
+    doorStep_ = 0;
+    doorOpen_ = false;
+}
+
+int32_t VirtualBoard::Search_For_Boards(int32_t vendor, int32_t product, int16_t& count,
+                                        uint8_t* paths) {
+    count = 0;
+    if (vendor != kBoardVendor || product != kBoardProduct) return status::NoDevicesFound;
+    count = 1;
+    paths[0] = kPathByte;
+    return status::OK;
+}
+
+int32_t VirtualBoard::Connect(int32_t vendor, int32_t product, uint8_t path, int32_t& handle) {
+    if (vendor != kBoardVendor || product != kBoardProduct || path != kPathByte)
+        return status::NoMatchingDevice;
+    connected_ = true;
+    handle = kHandle;
+    return status::OK;
+}
+
+int32_t VirtualBoard::Download_Firmware(int32_t handle, const uint8_t*) {
+    if (!connected_ || handle != kHandle) return status::NoDeviceConnected;
+    firmwareLoaded_ = true;
+    serviceRunning_ = false;
+    return status::OK;
+}
+
+int32_t VirtualBoard::Vendor_Request(int32_t handle, int32_t request, int32_t value,
+                                     int32_t index, int32_t direction, int32_t length,
+                                     uint8_t* buffer) {
+    if (latency_.count() > 0) std::this_thread::sleep_for(latency_);
+    if (!connected_ || handle != kHandle) return status::NoDeviceConnected;
+    if (!firmwareLoaded_) return status::NoFirmwarePresent;
+    if (request == 224 && direction == 0 && length == 0) {
+        serviceRunning_ = true;
+        return status::OK;
+    }
+    if (!serviceRunning_) return status::NoFirmwarePresent;
+
+    const bool out = direction == 0 && length == 0;
+    const bool in = direction == 1 && buffer != nullptr;
+    switch (request) {
+    case 219:
+        if (!out) break;
+        powerOn();
+        ++resets_;
+        return status::OK;
+    case 221:
+        if (out) {
+            if (value < 0 || value > 0xFFFF || index < 0 || index > 0xFF) break;
+            return spiWrite(static_cast<uint32_t>(index) << 16 | static_cast<uint32_t>(value));
+        }
+        if (in && length == 3) {
+            buffer[0] = static_cast<uint8_t>(spiReply_);
+            buffer[1] = static_cast<uint8_t>(spiReply_ >> 8);
+            buffer[2] = static_cast<uint8_t>(spiReply_ >> 16);
+            return status::OK;
+        }
+        break;
+    case 226:
+    case 227:
+        if (!out) break;
+        pins_.hwInhibit = request == 227;
+        return status::OK;
+    case 228:
+        if (!out || value < 0 || value > 3) break;
+        pins_.switchChannel = value;
+        return status::OK;
+    case 229:
+    case 230:
+        if (!out) break;
+        pins_.switchEnabled = request == 229;
+        return status::OK;
+    case 232:
+        if (!out) break;
+        adcCode_ = kAdcMidScale;
+        return status::OK;
+    case 233:
+        if (!in || length != 3) break;
+        buffer[0] = static_cast<uint8_t>(adcCode_);
+        buffer[1] = static_cast<uint8_t>(adcCode_ >> 8);
+        buffer[2] = 0;
+        return status::OK;
+    case 234:
+    case 235:
+        if (!out) break;
+        pins_.clampPin = request == 234;
+        return status::OK;
+    case 236:
+        if (value < 0 || value > 0xFF) break;
+        if (out) {
+            if (index < 0 || index > 0xFF) break;
+            if (!sensorReadOnly(value)) sensor_[static_cast<size_t>(value)] = static_cast<uint8_t>(index);
+            return status::OK;
+        }
+        if (in && length == 1) {
+            buffer[0] = sensor_[static_cast<size_t>(value)];
+            return status::OK;
+        }
+        break;
+    default:
+        break;
+    }
+    // An unknown request or a wrong direction or length: the firmware stalls it.
+    return status::UnexpectedEndpointError;
+}
+
+int32_t VirtualBoard::spiWrite(uint32_t word) {
+    testDoor(word);
+    const int address = static_cast<int>((word >> 16) & 0x7F);
+    const uint16_t data = static_cast<uint16_t>(word & 0xFFFF);
+    if (word & 0x800000) {
+        uint16_t reply = reg(address);
+        if (address == kRevisionRegister) reply = doorOpen_ ? kSiliconRevision : 0;
+        spiReply_ = static_cast<uint32_t>(address) << 16 | reply;
+        if (address == kAlarmStatusClear) {
+            // Reading with clear lets every latched alarm go back to its inactive level.
+            regs_[kAlarmStatus] |= kLatchedAlarmBits;
+            regs_[kAlarmStatusClear] |= kLatchedAlarmBits;
+        }
+        return status::OK;
+    }
+    // A write shifts nothing useful out.
+    spiReply_ = 0;
+    if (hasRegister(address) && address != kAlarmStatus && address != kAlarmStatusClear)
+        regs_[static_cast<size_t>(address)] = data;
+    return status::OK;
+}
+
+void VirtualBoard::testDoor(uint32_t word) {
+    if (word == kDoorClose) {
+        doorOpen_ = false;
+        doorStep_ = 0;
+        return;
+    }
+    if (doorOpen_) return;
+    if (word == kDoorKeys[doorStep_]) {
+        if (++doorStep_ == 3) {
+            doorOpen_ = true;
+            doorStep_ = 0;
+        }
+        return;
+    }
+    doorStep_ = word == kDoorKeys[0] ? 1 : 0;
+}
+
+} // namespace qz

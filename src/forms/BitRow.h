@@ -1,0 +1,34 @@
+#pragma once
+// A register word as 24 one-digit boxes, bit 23 at the left, each box named
+// "<row>(k)" for bit k, with the bit's caption over it. The boxes start empty.
+
+#include "registers/BitLabels.h"
+#include "registers/BitMirror.h"
+
+#include <QWidget>
+
+#include <array>
+
+class QLineEdit;
+
+namespace forms {
+
+class BitRow : public QWidget {
+public:
+    BitRow(const QString& name, const qz::RowCaptions& captions, QWidget* parent = nullptr);
+
+    // The mirror: when the word lies within limit, shows its low 24 bits and leaves the
+    // word halved down as the mirror does; otherwise the row stays as it was.
+    bool mirror(int32_t& word, int32_t limit);
+    bool mirror(int32_t& word, const qz::MirrorRow& row) { return mirror(word, row.limit); }
+
+    void setDigit(int bit, char digit);
+    QLineEdit* box(int bit) const { return boxes_[static_cast<size_t>(bit)]; }
+    // The digits, bit 23 first.
+    QString digits() const;
+
+private:
+    std::array<QLineEdit*, 24> boxes_{};
+};
+
+} // namespace forms

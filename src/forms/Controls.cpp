@@ -1,0 +1,86 @@
+#include "forms/Controls.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QAbstractItemView>
+#include <QEvent>
+
+namespace forms {
+
+namespace {
+
+// Holds a control's click operation, as a child of the control.
+class ClickOperation : public QObject {
+public:
+    ClickOperation(QObject* control, std::function<void()> h)
+        : QObject(control), handler(std::move(h)) {
+        setObjectName(QStringLiteral("clickOperation"));
+    }
+    std::function<void()> handler;
+};
+
+void run(QObject* control) {
+    if (!control) return;
+    auto* op = control->findChild<ClickOperation*>(QStringLiteral("clickOperation"),
+                                                   Qt::FindDirectChildrenOnly);
+    if (op && op->handler) op->handler();
+}
+
+class InputFilter : public QObject {
+public:
+    InputFilter(QObject* parent, bool keys) : QObject(parent), keys_(keys) {}
+    bool eventFilter(QObject*, QEvent* e) override {
+        switch (e->type()) {
+        case QEvent::Wheel: return true;
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+        case QEvent::ShortcutOverride: return keys_;
+        default: return false;
+        }
+    }
+
+private:
+    bool keys_;
+};
+
+} // namespace
+
+void onClick(QComboBox* list, std::function<void()> handler) {
+    new ClickOperation(list, std::move(handler));
+    QObject::connect(list, &QComboBox::activated, list, [list](int) { run(list); });
+}
+
+void onClick(QAbstractButton* button, std::function<void()> handler) {
+    new ClickOperation(button, std::move(handler));
+    QObject::connect(button, &QAbstractButton::clicked, button, [button](bool) { run(button); });
+}
+
+void setListIndex(QComboBox* list, int index) {
+    if (list->currentIndex() == index) return;
+    list->setCurrentIndex(index);
+    run(list);
+}
+
+void setChecked(QAbstractButton* box, bool checked) {
+    if (box->isChecked() == checked) return;
+    box->setChecked(checked);
+    run(box);
+}
+
+void selectOption(QAbstractButton* option) {
+    if (option->isChecked()) return;
+    option->setChecked(true);
+    run(option);
+}
+
+void click(QWidget* control) { run(control); }
+
+void swallowKeys(QComboBox* list) {
+    auto* filter = new InputFilter(list, true);
+    list->installEventFilter(filter);
+    list->view()->installEventFilter(filter);
+}
+
+void ignoreWheel(QComboBox* list) { list->installEventFilter(new InputFilter(list, false)); }
+
+} // namespace forms

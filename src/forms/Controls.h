@@ -1,0 +1,35 @@
+#pragma once
+// The click operation of a list, check box or option button. A user's pick always runs
+// it; a change made by code through the setters below runs it only when the state
+// really changes, so that two twin controls setting each other stop after one round.
+
+#include <functional>
+
+class QAbstractButton;
+class QComboBox;
+class QWidget;
+
+namespace forms {
+
+// Ties the click operation to the control. For a list it runs on every pick, the
+// item already chosen included.
+void onClick(QComboBox* list, std::function<void()> handler);
+void onClick(QAbstractButton* button, std::function<void()> handler);
+
+// Sets a list's index; runs the click operation when the index changes.
+void setListIndex(QComboBox* list, int index);
+// Sets a check box; runs the click operation when the state changes.
+void setChecked(QAbstractButton* box, bool checked);
+// Selects an option button; runs its click operation when it was not selected.
+void selectOption(QAbstractButton* option);
+
+// Runs the click operation as if the user had picked (a handler calling another).
+void click(QWidget* control);
+
+// The list takes no keys and no wheel turns, nor does its open list: only a mouse pick
+// chooses.
+void swallowKeys(QComboBox* list);
+// No wheel turn changes the list, so that scrolling over a panel sends nothing.
+void ignoreWheel(QComboBox* list);
+
+} // namespace forms

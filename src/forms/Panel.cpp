@@ -1,0 +1,23 @@
+#include "forms/Panel.h"
+
+#include <QLabel>
+#include <QPointer>
+#include <QStatusBar>
+
+namespace forms {
+
+Panel::Panel(qz::Session& s, const QString& name, const QString& title, QWidget* parent)
+    : QMainWindow(parent), session(s) {
+    setObjectName(name);
+    setWindowTitle(title + QString::fromStdString(s.usb.titleSuffix()));
+    link_ = new QLabel(this);
+    link_->setObjectName(QStringLiteral("linkStatus"));
+    link_->setText(QString::fromLatin1(qz::linkText(s.usb.linkState())));
+    statusBar()->addPermanentWidget(link_);
+    QPointer<QLabel> label = link_;
+    s.addLinkListener([label](qz::LinkState state) {
+        if (label) label->setText(QString::fromLatin1(qz::linkText(state)));
+    });
+}
+
+} // namespace forms

@@ -1,0 +1,24 @@
+#pragma once
+// A panel of the program: a window with a menu bar and a status bar that shows the link
+// to the board. Its title says when the board is the virtual one.
+
+#include "registers/Session.h"
+
+#include <QMainWindow>
+
+class QLabel;
+
+namespace forms {
+
+class Panel : public QMainWindow {
+public:
+    Panel(qz::Session& session, const QString& name, const QString& title,
+          QWidget* parent = nullptr);
+
+    qz::Session& session;
+
+private:
+    QLabel* link_;
+};
+
+} // namespace forms

@@ -1,0 +1,41 @@
+#pragma once
+// One run of the program: the bridge library, the board session and the shared
+// variables. Every panel gets the Session in its constructor; a test makes a fresh one.
+
+#include "board/BridgeLibrary.h"
+#include "board/USBStuff.h"
+#include "registers/General.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace qz {
+
+class Session {
+public:
+    explicit Session(std::unique_ptr<BridgeLibrary> library);
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    // Every word to the chip leaves here: the console's word box is told first, then
+    // the word goes to the board.
+    void SPIout(int32_t code);
+
+    // The console's word box, which shows every word as it goes out.
+    std::function<void(const std::string& hex)> showWordSent;
+
+    // Status bars listen here for the state of the link.
+    void addLinkListener(std::function<void(LinkState)> listener);
+
+private:
+    std::unique_ptr<BridgeLibrary> library_;
+    std::vector<std::function<void(LinkState)>> linkListeners_;
+
+public:
+    USBStuff usb;
+    General general;
+};
+
+} // namespace qz

@@ -1,0 +1,131 @@
+#include "forms/BitRow.h"
+#include "forms/Controls.h"
+#include "forms/TabControl.h"
+#include "registers/BitLabels.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+TEST(FormsControls, CodeChangesRunTheHandlerOnlyOnARealChange) {
+    QComboBox list;
+    list.addItems({"a", "b", "c"});
+    int runs = 0;
+    forms::onClick(&list, [&] { ++runs; });
+    forms::setListIndex(&list, 2);
+    EXPECT_EQ(runs, 1);
+    EXPECT_EQ(list.currentIndex(), 2);
+    forms::setListIndex(&list, 2);
+    EXPECT_EQ(runs, 1) << "setting the index it has runs nothing";
+    emit list.activated(2);  // the user picks the item already chosen
+    EXPECT_EQ(runs, 2);
+
+    QCheckBox box;
+    int boxRuns = 0;
+    forms::onClick(&box, [&] { ++boxRuns; });
+    forms::setChecked(&box, false);
+    EXPECT_EQ(boxRuns, 0);
+    forms::setChecked(&box, true);
+    forms::setChecked(&box, true);
+    EXPECT_EQ(boxRuns, 1);
+    box.click();  // the user
+    EXPECT_EQ(boxRuns, 2);
+    EXPECT_FALSE(box.isChecked());
+}
+
+TEST(FormsControls, TwinsSettingEachOtherStopAfterOneRound) {
+    QComboBox console, front;
+    for (QComboBox* c : {&console, &front}) c->addItems({"0", "1", "2", "3"});
+    int consoleRuns = 0, frontRuns = 0;
+    forms::onClick(&console, [&] {
+        ++consoleRuns;
+        forms::setListIndex(&front, console.currentIndex());
+    });
+    forms::onClick(&front, [&] {
+        ++frontRuns;
+        forms::setListIndex(&console, front.currentIndex());
+    });
+    console.setCurrentIndex(3);
+    emit console.activated(3);
+    EXPECT_EQ(consoleRuns, 1);
+    EXPECT_EQ(frontRuns, 1);
+    EXPECT_EQ(front.currentIndex(), 3);
+}
+
+TEST(FormsControls, OptionButtonsRunOnSelection) {
+    QWidget group;
+    QRadioButton a(&group), b(&group);
+    int aRuns = 0, bRuns = 0;
+    forms::onClick(&a, [&] { ++aRuns; });
+    forms::onClick(&b, [&] { ++bRuns; });
+    forms::selectOption(&b);
+    forms::selectOption(&b);
+    EXPECT_EQ(bRuns, 1);
+    forms::selectOption(&a);
+    EXPECT_TRUE(a.isChecked());
+    EXPECT_FALSE(b.isChecked());
+    EXPECT_EQ(aRuns, 1);
+    forms::click(&a);
+    EXPECT_EQ(aRuns, 2);
+}
+
+TEST(FormsControls, SwallowingListsIgnoreKeysAndWheel) {
+    QComboBox list;
+    list.addItems({"a", "b", "c"});
+    list.setCurrentIndex(0);
+    int runs = 0;
+    forms::onClick(&list, [&] { ++runs; });
+    forms::swallowKeys(&list);
+    QTest::keyClick(&list, Qt::Key_Down);
+    QTest::keyClick(&list, Qt::Key_End);
+    EXPECT_EQ(list.currentIndex(), 0);
+    EXPECT_EQ(runs, 0);
+
+    QComboBox other;
+    other.addItems({"a", "b"});
+    other.setCurrentIndex(0);
+    QTest::keyClick(&other, Qt::Key_Down);
+    EXPECT_EQ(other.currentIndex(), 1) << "an ordinary list still takes keys";
+}
+
+TEST(FormsBitRow, BoxesAreNamedByBitAndShowTheMirror) {
+    forms::BitRow row(QStringLiteral("txtSYS"), qz::rowCaptions(qz::kSystemControlLabels));
+    for (int k = 0; k < 24; ++k) {
+        auto* b = row.findChild<QLineEdit*>(QStringLiteral("txtSYS(%1)").arg(k));
+        ASSERT_NE(b, nullptr) << k;
+        EXPECT_EQ(b, row.box(k));
+        EXPECT_TRUE(b->text().isEmpty());
+    }
+    int32_t w = 0x012200;
+    EXPECT_TRUE(row.mirror(w, qz::kDecToBinSYS));
+    EXPECT_EQ(row.digits(), QStringLiteral("000000010010001000000000"));
+    EXPECT_EQ(row.box(9)->text(), QStringLiteral("1"));
+    int32_t big = 0x1000001;
+    EXPECT_FALSE(row.mirror(big, qz::kDecToBinRSYS));
+    EXPECT_EQ(row.digits(), QStringLiteral("000000010010001000000000"));
+    EXPECT_TRUE(row.box(0)->isReadOnly());
+}
+
+TEST(FormsTabControl, ClickOperationRunsWhenTheTabChanges) {
+    forms::TabControl tabs(QStringLiteral("QZ7740"), 2);
+    for (const char* c : {"A", "B", "C"}) tabs.addTab(new QWidget, QString::fromLatin1(c));
+    std::vector<int> previous;
+    tabs.onClick([&](int p) { previous.push_back(p); });
+    EXPECT_EQ(tabs.currentIndex(), 0);
+    tabs.setCurrentIndex(0);
+    EXPECT_TRUE(previous.empty());
+    tabs.setCurrentIndex(2);
+    QTest::mouseClick(tabs.tabButton(1), Qt::LeftButton);
+    QTest::mouseClick(tabs.tabButton(1), Qt::LeftButton);
+    EXPECT_EQ(previous, (std::vector<int>{0, 2}));
+    EXPECT_EQ(tabs.currentIndex(), 1);
+    EXPECT_TRUE(tabs.tabButton(1)->isChecked());
+    EXPECT_FALSE(tabs.tabButton(2)->isChecked());
+    tabs.setCurrentIndex(7);
+    EXPECT_EQ(tabs.currentIndex(), 1);
+}
