@@ -1,9 +1,37 @@
 #pragma once
-// The module variables that every panel shares.
+// The module variables that every panel shares: the shadow words and the levels.
+
+#include <cstdint>
 
 namespace qz {
 
+// Start words of the shadows: what the program writes, or would write, at start.
+inline constexpr int32_t kSYSregStart = 0x012200;   // powered up, MEASOUT gain 0.2, 130degC
+inline constexpr int32_t kPMUregStart = 0x029950;   // enabled, 2.5mA, Hi-Z compare, V sense, clamps
+inline constexpr int32_t kDPS2regStart = 0x030000;  // force/sense Hi-Z, 1 V/us, master
+inline constexpr int32_t kCOMP1regStart = 0x040000;
+inline constexpr int32_t kCOMP2regStart = 0x050000;
+inline constexpr int32_t kALMregStart = 0x06AA80;   // all five alarms latched, none disabled
+inline constexpr int32_t kDIAGregStart = 0x070000;
+
 struct General {
+    // Shadow words: each the complete 24-bit write word of its register, as the program
+    // last built it. Nothing refreshes a shadow from a read.
+    int32_t SYSreg = kSYSregStart;
+    int32_t PMUreg = kPMUregStart;
+    int32_t DPS2reg = kDPS2regStart;
+    int32_t COMP1reg = kCOMP1regStart;
+    int32_t COMP2reg = kCOMP2regStart;
+    int32_t ALMreg = kALMregStart;
+    int32_t DIAGreg = kDIAGregStart;
+
+    float VREF = 5.0f;        // volts
+    float imeasGain = 20.0f;  // current-sense gain, 20 or 10
+    int16_t IRangeIndex = 0;  // current range, 0 to 6
+    int32_t DAClast = 0;      // the last composed DAC write word
+    float VoutMax = 0.0f;     // output limits of the present codes, volts
+    float VoutMin = 0.0f;
+
     // Raised by an entry field while it handles Enter; entry fields and many buttons do
     // nothing while it is set.
     bool entryBusy = false;

@@ -18,4 +18,22 @@ struct SystemControlReadback {
 
 SystemControlReadback decodeSystemControl(int32_t reply);
 
+struct DPS1Readback {
+    std::string channel;                // RPMU(0)
+    std::optional<std::string> range;   // RPMU(1)
+    std::string compare;                // RPMU(2)
+    bool measoutHiZ = false;            // RPMU(3) shown with "MEASOUT Hi-Z", else hidden
+    std::string clamps;                 // RPMU(4)
+    std::string source;                 // RPMU(5)
+};
+
+DPS1Readback decodeDPS1(int32_t reply);
+
+// An alarm bit is active low: 1 is a green "OK", 0 a red "HOT".
+struct AlarmLamp {
+    int32_t colour;
+    const char* caption;
+};
+AlarmLamp temperatureLamp(int32_t reply, int bit);
+
 } // namespace qz
