@@ -13,9 +13,10 @@ namespace {
 // A caption written upwards, so that long bit names fit over a one-digit box.
 class UpCaption : public QWidget {
 public:
-    UpCaption(const QString& text, QWidget* parent) : QWidget(parent), text_(text) {
+    UpCaption(const QString& text, bool bold, QWidget* parent) : QWidget(parent), text_(text) {
         QFont f = font();
         f.setPointSizeF(f.pointSizeF() * 0.8);
+        f.setBold(bold);
         setFont(f);
         const QFontMetrics fm(f);
         setFixedSize(fm.height() + 2, fm.horizontalAdvance(text_) + 6);
@@ -36,7 +37,8 @@ private:
 
 } // namespace
 
-BitRow::BitRow(const QString& name, const qz::RowCaptions& captions, QWidget* parent)
+BitRow::BitRow(const QString& name, const qz::RowCaptions& captions, QWidget* parent,
+               uint32_t bold)
     : QWidget(parent) {
     setObjectName(name);
     auto* grid = new QGridLayout(this);
@@ -46,7 +48,8 @@ BitRow::BitRow(const QString& name, const qz::RowCaptions& captions, QWidget* pa
     const QFont font = hexFont();
     for (int bit = 23; bit >= 0; --bit) {
         const int column = 23 - bit;
-        auto* caption = new UpCaption(QString::fromStdString(captions[static_cast<size_t>(bit)]), this);
+        auto* caption = new UpCaption(QString::fromStdString(captions[static_cast<size_t>(bit)]),
+                                     (bold >> bit) & 1u, this);
         grid->addWidget(caption, 0, column, Qt::AlignHCenter | Qt::AlignBottom);
         auto* b = new QLineEdit(this);
         b->setObjectName(QStringLiteral("%1(%2)").arg(name).arg(bit));

@@ -15,7 +15,9 @@ namespace forms {
 
 class BitRow : public QWidget {
 public:
-    BitRow(const QString& name, const qz::RowCaptions& captions, QWidget* parent = nullptr);
+    // Captions of the bits set in bold stand out in bold, for active-low bits.
+    BitRow(const QString& name, const qz::RowCaptions& captions, QWidget* parent = nullptr,
+           uint32_t bold = 0);
 
     // The mirror: when the word lies within limit, shows its low 24 bits and leaves the
     // word halved down as the mirror does; otherwise the row stays as it was.

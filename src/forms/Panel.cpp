@@ -6,8 +6,9 @@
 
 namespace forms {
 
-Panel::Panel(qz::Session& s, const QString& name, const QString& title, QWidget* parent)
-    : QMainWindow(parent), session(s) {
+Panel::Panel(qz::Session& s, Navigator& n, const QString& name, const QString& title,
+             QWidget* parent)
+    : QMainWindow(parent), session(s), nav(n) {
     setObjectName(name);
     setWindowTitle(title + QString::fromStdString(s.usb.titleSuffix()));
     link_ = new QLabel(this);

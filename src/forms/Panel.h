@@ -2,6 +2,7 @@
 // A panel of the program: a window with a menu bar and a status bar that shows the link
 // to the board. Its title says when the board is the virtual one.
 
+#include "forms/Navigator.h"
 #include "registers/Session.h"
 
 #include <QMainWindow>
@@ -12,10 +13,11 @@ namespace forms {
 
 class Panel : public QMainWindow {
 public:
-    Panel(qz::Session& session, const QString& name, const QString& title,
+    Panel(qz::Session& session, Navigator& navigator, const QString& name, const QString& title,
           QWidget* parent = nullptr);
 
     qz::Session& session;
+    Navigator& nav;
 
 private:
     QLabel* link_;

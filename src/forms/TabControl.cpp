@@ -31,6 +31,10 @@ int TabControl::addTab(QWidget* page, const QString& caption) {
         "QPushButton { padding: 4px 10px; border: 1px solid palette(mid);"
         " border-bottom: none; background: palette(button); }"
         "QPushButton:checked { background: palette(base); font-weight: bold; }"));
+    // The chosen tab's caption is bold: leave room for it.
+    QFont bold = b->font();
+    bold.setBold(true);
+    b->setMinimumWidth(QFontMetrics(bold).horizontalAdvance(caption) + 28);
     strip_->addWidget(b, i / tabsPerRow_, i % tabsPerRow_);
     connect(b, &QPushButton::clicked, this, [this, i] { setCurrentIndex(i); });
     tabs_.push_back(b);
