@@ -1,53 +1,48 @@
 #include "console/frmMAINQZ7740.h"
 
 #include "forms/BitRow.h"
+#include "forms/Build.h"
+#include "forms/Controls.h"
 #include "forms/Entry.h"
 #include "forms/MessageBox.h"
 #include "forms/TabControl.h"
 #include "levels/EntryField.h"
 #include "registers/HexText.h"
-#include "registers/ReadDecoders.h"
 
+#include <QCheckBox>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QVBoxLayout>
 
-namespace {
+using forms::makeButton;
 
-QLabel* named(QLabel* l, const char* name) {
-    l->setObjectName(QString::fromLatin1(name));
-    return l;
-}
-
-QPushButton* button(const char* name, const char* caption, QWidget* parent) {
-    auto* b = new QPushButton(QString::fromLatin1(caption), parent);
-    b->setObjectName(QString::fromLatin1(name));
-    return b;
-}
-
-QLineEdit* wordBox(const char* name, QWidget* parent) {
-    auto* e = new QLineEdit(parent);
-    e->setObjectName(QString::fromLatin1(name));
-    e->setFont(forms::hexFont());
-    e->setFixedWidth(QFontMetrics(e->font()).horizontalAdvance(QStringLiteral("00000000")) + 16);
-    return e;
-}
-
-} // namespace
-
-frmMAINQZ7740::frmMAINQZ7740(qz::Session& s, QWidget* parent)
-    : forms::Panel(s, QStringLiteral("frmMAINQZ7740"), QStringLiteral("QZ7740 MAIN MENU"), parent) {
+frmMAINQZ7740::frmMAINQZ7740(qz::Session& s, forms::Navigator& n, QWidget* parent)
+    : forms::Panel(s, n, QStringLiteral("frmMAINQZ7740"), QStringLiteral("QZ7740 MAIN MENU"),
+                   parent) {
     auto* central = new QWidget(this);
     auto* v = new QVBoxLayout(central);
     QZ7740 = new forms::TabControl(QStringLiteral("QZ7740"), 5, central);
+    QZ7740->addTab(buildWriteSystemTab(), QStringLiteral("WRITE SYSTEM CONTROL REG"));
+    QZ7740->addTab(buildWriteDPS1Tab(), QStringLiteral("WRITE DPS1 REG"));
+    QZ7740->addTab(buildWriteDPS2Tab(), QStringLiteral("WRITE DPS2 REG"));
+    QZ7740->addTab(buildAlarmSetupTab(), QStringLiteral("ALARM SETUP REG"));
+    QZ7740->addTab(new QWidget(central), QStringLiteral("WRITE DAC REG"));
     QZ7740->addTab(buildReadSystemTab(), QStringLiteral("READ SYSTEM CONTROL REG"));
+    QZ7740->addTab(buildReadDPS1Tab(), QStringLiteral("READ DPS1 REG"));
+    QZ7740->addTab(buildReadDPS2Tab(), QStringLiteral("READ DPS2 REG"));
+    QZ7740->addTab(buildReadAlarmTab(), QStringLiteral("READ ALARM STATUS"));
+    QZ7740->addTab(new QWidget(central), QStringLiteral("READ DAC REG"));
+    QZ7740->onClick([this](int previous) { QZ7740_Click(previous); });
     v->addWidget(QZ7740, 1);
     v->addWidget(buildWordBar());
     setCentralWidget(central);
+    buildMenus();
 
     session.showWordSent = [this](const std::string& hex) {
         Text1->setText(QString::fromStdString(hex));
@@ -57,63 +52,146 @@ frmMAINQZ7740::frmMAINQZ7740(qz::Session& s, QWidget* parent)
 QWidget* frmMAINQZ7740::buildWordBar() {
     auto* bar = new QWidget(this);
     auto* h = new QHBoxLayout(bar);
-    auto* write = new QVBoxLayout;
-    write->addWidget(new QLabel(QStringLiteral("WRITE"), bar));
-    Text1 = wordBox("Text1", bar);
-    write->addWidget(Text1);
-    h->addLayout(write);
-    auto* read = new QVBoxLayout;
-    read->addWidget(new QLabel(QStringLiteral("READ"), bar));
-    lblREADSPI = wordBox("lblREADSPI", bar);
+    auto* wordBox = new QWidget(bar);
+    auto* words = new QGridLayout(wordBox);
+    words->setContentsMargins(0, 0, 0, 0);
+    words->addWidget(new QLabel(QStringLiteral("WRITE"), bar), 0, 0);
+    Text1 = forms::makeHexBox(QStringLiteral("Text1"), QString(), 8, bar);
+    words->addWidget(Text1, 1, 0);
+    words->addWidget(new QLabel(QStringLiteral("READ"), bar), 0, 1);
+    lblREADSPI = forms::makeHexBox(QStringLiteral("lblREADSPI"), QString(), 8, bar);
     lblREADSPI->setReadOnly(true);
     lblREADSPI->setFocusPolicy(Qt::NoFocus);
-    read->addWidget(lblREADSPI);
-    h->addLayout(read);
-    cmdREADADC = button("cmdREADADC", "READ ADC", bar);
-    h->addWidget(cmdREADADC, 0, Qt::AlignBottom);
+    words->addWidget(lblREADSPI, 1, 1);
+    cmdREADADC = makeButton(QStringLiteral("cmdREADADC"), QStringLiteral("READ ADC"), bar);
+    words->addWidget(cmdREADADC, 1, 2);
+    h->addWidget(wordBox, 0, Qt::AlignVCenter);
+    h->addSpacing(16);
+    h->addWidget(buildSwitchPanel());
     h->addStretch(1);
-    cmdEXIT = button("cmdEXIT", "EXIT", bar);
-    h->addWidget(cmdEXIT, 0, Qt::AlignBottom);
+    auto* buttons = new QVBoxLayout;
+    cmdRESET = makeButton(QStringLiteral("cmdRESET"), QStringLiteral("RESET QZ7740"), bar);
+    cmdEXIT = makeButton(QStringLiteral("cmdEXIT"), QStringLiteral("EXIT"), bar);
+    buttons->addWidget(cmdRESET);
+    buttons->addWidget(cmdEXIT);
+    h->addLayout(buttons);
+    h->setAlignment(buttons, Qt::AlignVCenter);
 
     forms::onEnter(Text1, [this] { Text1_KeyPress(13); });
     forms::onLeave(Text1, [this] { Text1_LostFocus(); });
     connect(cmdREADADC, &QPushButton::clicked, this, [this] { cmdREADADC_Click(); });
+    connect(cmdRESET, &QPushButton::clicked, this, [this] { cmdRESET_Click(); });
     connect(cmdEXIT, &QPushButton::clicked, this, [this] { cmdEXIT_Click(); });
     return bar;
 }
 
-QWidget* frmMAINQZ7740::buildReadSystemTab() {
-    auto* page = new QWidget(this);
-    auto* v = new QVBoxLayout(page);
-    readSYS = button("readSYS", "READ SYSTEM CONTROL REGISTER", page);
-    readSYS->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    v->addWidget(readSYS);
-
-    auto* status = new QGroupBox(page);
-    auto* g = new QGridLayout(status);
-    lbltemp = named(new QLabel(QStringLiteral("130degC"), status), "lbltemp");
-    lblGAIN1 = named(new QLabel(QStringLiteral("MEASOUT GAIN = "), status), "lblGAIN1");
-    lblGAIN0 = named(new QLabel(QStringLiteral("ISENSE GAIN = "), status), "lblGAIN0");
-    lblfin = named(new QLabel(QStringLiteral("FIN GND or DAC"), status), "lblfin");
-    lblcpo = named(new QLabel(QStringLiteral("COMPARATOR"), status), "lblcpo");
-    lblPD = named(new QLabel(QStringLiteral("/POWER DOWN"), status), "lblPD");
-    QLabel* rows[] = {lbltemp, lblGAIN1, lblGAIN0, lblfin, lblcpo, lblPD};
-    for (int i = 0; i < 6; ++i) {
-        rows[i]->setFrameShape(QFrame::Panel);
-        rows[i]->setFrameShadow(QFrame::Sunken);
-        rows[i]->setMinimumWidth(320);
-        g->addWidget(rows[i], i, 0);
+QWidget* frmMAINQZ7740::buildSwitchPanel() {
+    QGroupBox* frame = forms::makeFrame(QStringLiteral("SW8130 CH Select"), this);
+    auto* g = new QGridLayout(frame);
+    Check1 = forms::makeCheck(QStringLiteral("Check1"), QStringLiteral("SWITCH ENABLED"), true, frame);
+    g->addWidget(Check1, 0, 0, 1, 4);
+    g->addWidget(new QLabel(QStringLiteral("Output"), frame), 1, 0, 1, 4);
+    const char* channels[4] = {"MEASOUT", "GND", "VREF", "GND"};
+    for (int i = 0; i < 4; ++i) {
+        optComp0[static_cast<size_t>(i)] =
+            forms::makeOption(forms::member("optComp0", i), QString::fromLatin1(channels[i]), frame);
+        g->addWidget(optComp0[static_cast<size_t>(i)], 2, i);
+        forms::onClick(optComp0[static_cast<size_t>(i)], [this, i] { optComp0_Click(i); });
     }
-    v->addWidget(status);
-
-    txtRSYS = new forms::BitRow(QStringLiteral("txtRSYS"), qz::rowCaptions(qz::kSystemControlLabels), page);
-    v->addWidget(txtRSYS, 0, Qt::AlignLeft);
-    v->addStretch(1);
-    connect(readSYS, &QPushButton::clicked, this, [this] { readSYS_Click(); });
-    return page;
+    optComp0[1]->setChecked(true);
+    forms::onClick(Check1, [this] { Check1_Click(); });
+    return frame;
 }
 
-void frmMAINQZ7740::Form_Load() { session.usb.LoadUSB(); }
+void frmMAINQZ7740::buildMenus() {
+    QMenu* file = menuBar()->addMenu(QStringLiteral("File"));
+    file->setObjectName(QStringLiteral("mnuFile"));
+    QMenu* view = menuBar()->addMenu(QStringLiteral("View"));
+    view->setObjectName(QStringLiteral("mnuView"));
+    QMenu* help = menuBar()->addMenu(QStringLiteral("Help"));
+    help->setObjectName(QStringLiteral("mnuHelp"));
+    auto entry = [this](QMenu* menu, const char* name, const char* caption,
+                        std::function<void()> action) {
+        QAction* a = menu->addAction(QString::fromLatin1(caption));
+        a->setObjectName(QString::fromLatin1(name));
+        connect(a, &QAction::triggered, this, [action] { action(); });
+        return a;
+    };
+    // The console is never unloaded: it holds the word box that shows every word sent.
+    entry(file, "mnuClose", "Close", [this] { hide(); });
+    entry(file, "mnuExit", "Exit", [] { forms::endProgram(); });
+    struct Target {
+        const char* name;
+        const char* caption;
+        const char* form;
+        QMenu* menu;
+    };
+    const Target targets[] = {
+        {"mnuMain", "Main Menu", "frmMain", view},
+        {"mnuPOT", "Sweep Voltage Measurements", "frmMeasure", view},
+        {"mnuMeas", "Diagnostic functions", "frmDIAG", view},
+        {"mnuComp", "Compensation Registers", "frmCompensation", view},
+        {"mnuAbout", "About", "frmAbout", help},
+    };
+    for (const Target& t : targets) {
+        const QString form = QString::fromLatin1(t.form);
+        QAction* a = entry(t.menu, t.name, t.caption, [this, form] { nav.show(form); });
+        // A panel this program does not have yet cannot be opened.
+        connect(t.menu, &QMenu::aboutToShow, a, [this, a, form] { a->setEnabled(nav.has(form)); });
+        a->setEnabled(nav.has(form));
+    }
+}
+
+void frmMAINQZ7740::Form_Load() {
+    qz::General& g = session.general;
+    session.usb.LoadUSB();
+    QZ7740->setCurrentIndex(0);
+    g.SYSreg = qz::kSYSregStart;
+    session.usb.SendRequest(228, 1);  // SW8130 channel 1
+    session.usb.SendRequest(229);     // SW8130 enabled
+    session.usb.SendRequest(226);     // /HW-INH not inhibiting
+    session.SPIout(g.SYSreg);
+    session.SPIout(g.SYSreg);
+    DecToBinSYS(g.SYSreg);
+    g.PMUreg = qz::kPMUregStart;
+    session.SPIout(g.PMUreg);
+    DecToBinPMU(g.PMUreg);
+    g.DPS2reg = qz::kDPS2regStart;
+    session.SPIout(g.DPS2reg);
+    DecToBinDPS2(g.DPS2reg);
+    g.ALMreg = qz::kALMregStart;
+    session.SPIout(g.ALMreg);
+    compDACread = 0x930000;
+    session.usb.SendRequest(229);
+    session.usb.SendRequest(234);  // CL EN pin on
+    g.VREF = 5.0f;
+    Text1->setText(QString::fromStdString(qz::NumberToHex(g.SYSreg, 6)));
+    // The front panel takes over once the program has one.
+    if (nav.has(QStringLiteral("frmMain"))) {
+        hide();
+        nav.show(QStringLiteral("frmMain"));
+    } else {
+        show();
+    }
+}
+
+void frmMAINQZ7740::QZ7740_Click(int) {
+    const qz::General& g = session.general;
+    showWord(g.SYSreg);
+    switch (QZ7740->currentIndex()) {
+    case 0: showWord(g.SYSreg); break;
+    case 1: showWord(g.PMUreg); break;
+    case 2: showWord(g.DAClast); break;
+    case 3: showWord(g.ALMreg); break;
+    case 7: showWord(compDACread); break;
+    case 8: READCOMP_Click(); break;
+    default: break;
+    }
+}
+
+void frmMAINQZ7740::showWord(int32_t word) {
+    Text1->setText(QString::fromStdString(qz::NumberToHex(word, 6)));
+}
 
 void frmMAINQZ7740::Text1_KeyPress(int keyAscii) {
     if (keyAscii != 13 || session.general.entryBusy) return;
@@ -143,18 +221,27 @@ void frmMAINQZ7740::cmdREADADC_Click() {
     lblREADSPI->setText(QString::fromStdString(qz::NumberToHex(code, 6)));
 }
 
+void frmMAINQZ7740::cmdRESET_Click() {
+    if (session.general.entryBusy) return;
+    session.usb.SendRequest(219);
+    Text1->setText(QStringLiteral("000000"));
+    // Reading the alarm status with clear drops the alarms the reset left latched.
+    session.SPIout(0xC40000);
+}
+
 void frmMAINQZ7740::cmdEXIT_Click() { forms::endProgram(); }
 
-void frmMAINQZ7740::readSYS_Click() {
-    session.SPIout(0x810000);
-    int32_t r = session.usb.ReadSPIWord();
-    lblREADSPI->setText(QString::fromStdString(qz::NumberToHex(r, 6)));
-    const qz::SystemControlReadback d = qz::decodeSystemControl(r);
-    if (d.temp) lbltemp->setText(QString::fromStdString(*d.temp));
-    lblGAIN1->setText(QString::fromStdString(d.gain1));
-    lblGAIN0->setText(QString::fromStdString(d.gain0));
-    lblfin->setText(QString::fromStdString(d.fin));
-    lblcpo->setText(QString::fromStdString(d.cpo));
-    lblPD->setText(QString::fromStdString(d.pd));
-    txtRSYS->mirror(r, qz::kDecToBinRSYS);
+void frmMAINQZ7740::Check1_Click() {
+    if (session.general.entryBusy) return;
+    session.usb.SendRequest(Check1->isChecked() ? 229 : 230);
+}
+
+void frmMAINQZ7740::optComp0_Click(int index) {
+    if (session.general.entryBusy) return;
+    if (session.general.SYSreg & 0x2000) {
+        session.usb.SendRequest(228, index, false);
+    } else {
+        // With MEASOUT gain 1 the switch is not moved: the output stays on ground.
+        forms::selectOption(optComp0[3]);
+    }
 }

@@ -1,37 +1,111 @@
 #pragma once
-// The register console: every register composed, sent and read back word by word.
+// The register console: every register composed field by field in its shadow word, sent
+// with a WRITE button or typed as a whole word, and read back.
 
 #include "forms/Panel.h"
 
+#include <array>
+
+class QCheckBox;
+class QComboBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class QRadioButton;
 
 namespace forms {
 class BitRow;
+class Lamp;
 class TabControl;
 } // namespace forms
 
 class frmMAINQZ7740 : public forms::Panel {
 public:
-    explicit frmMAINQZ7740(qz::Session& session, QWidget* parent = nullptr);
+    frmMAINQZ7740(qz::Session& session, forms::Navigator& navigator, QWidget* parent = nullptr);
 
-    // What the console does when it is first loaded: the board session.
+    // The start of the program: the board session and the power-on words.
     void Form_Load();
 
-    // The word box.
+    // Outside the tabs.
     void Text1_KeyPress(int keyAscii);
     void Text1_LostFocus();
     void cmdREADADC_Click();
+    void cmdRESET_Click();
     void cmdEXIT_Click();
+    void Check1_Click();
+    void optComp0_Click(int index);
+    void QZ7740_Click(int previousTab);
+
+    // Write tabs.
+    void fieldClick(const QString& control);
+    void cmdWRITESYS_Click();
+    void cmdWRITEPMU_Click();
+    void cmdWriteDPS2_Click();
+    void cmdALAM_Click();
+    void Command1_Click();
+    void chkHWINHB_Click();
+    void chkCLEN_Click();
+
+    // Read tabs.
     void readSYS_Click();
+    void READPMU_Click();
+    void cmdReadDPS2_Click();
+    void READCOMP_Click();
+    void READALARM_Click();
+
+    // The bit mirrors of this panel, on a copy of the word they are given.
+    void DecToBinSYS(int32_t word);
+    void DecToBinPMU(int32_t word);
+    void DecToBinDPS2(int32_t word);
 
     // Always visible.
     QLineEdit* Text1;
     QLineEdit* lblREADSPI;
     QPushButton* cmdREADADC;
+    QPushButton* cmdRESET;
     QPushButton* cmdEXIT;
+    QCheckBox* Check1;
+    std::array<QRadioButton*, 4> optComp0{};
     forms::TabControl* QZ7740;
+
+    // "WRITE SYSTEM CONTROL REG"
+    forms::BitRow* txtSYS;
+    QCheckBox* chkPD;
+    QCheckBox* chkFINGND;
+    QCheckBox* CPEN;
+    QComboBox* MEASOUTG;
+    QComboBox* IMEASG;
+    QComboBox* tempset;
+    QPushButton* cmdWRITESYS;
+    QPushButton* Command1;
+    QLineEdit* Text2;
+
+    // "WRITE DPS1 REG"
+    forms::BitRow* txtPMU;
+    QCheckBox* chkHWINHB;
+    QCheckBox* chkENABLECH;
+    QComboBox* cboCurrent;
+    QComboBox* cboMEASURE;
+    QComboBox* cboCompare;
+    QCheckBox* chkMEASOUT;
+    QCheckBox* chkCLEN;
+    QCheckBox* chkCLAMPEN;
+    QPushButton* cmdWRITEPMU;
+
+    // "WRITE DPS2 REG"
+    forms::BitRow* txtDPS2;
+    QComboBox* cboSlave;
+    QCheckBox* chkGPO;
+    QComboBox* cboSlew;
+    QComboBox* cboSysforce;
+    QCheckBox* chk10k;
+    QCheckBox* Check2;
+    QPushButton* cmdWriteDPS2;
+
+    // "ALARM SETUP REG"
+    forms::BitRow* txtWALM;
+    std::array<QCheckBox*, 11> chk{};  // chk[1] .. chk[10]
+    QPushButton* cmdALAM;
 
     // "READ SYSTEM CONTROL REG"
     QPushButton* readSYS;
@@ -43,7 +117,43 @@ public:
     QLabel* lblPD;
     forms::BitRow* txtRSYS;
 
+    // "READ DPS1 REG"
+    QPushButton* READPMU;
+    std::array<QLabel*, 6> RPMU{};
+    forms::BitRow* txtRPMU;
+
+    // "READ DPS2 REG"
+    QPushButton* cmdReadDPS2;
+    forms::BitRow* txtRDPS2;
+
+    // "READ ALARM STATUS"
+    QPushButton* READCOMP;
+    QPushButton* READALARM;
+    std::array<forms::Lamp*, 2> cmdTEMP{};
+    forms::BitRow* txtALM;
+
+    // Module words of the console.
+    int32_t compDACread = 0x930000;
+
 private:
+    QWidget* buildWriteSystemTab();
+    QWidget* buildWriteDPS1Tab();
+    QWidget* buildWriteDPS2Tab();
+    QWidget* buildAlarmSetupTab();
     QWidget* buildReadSystemTab();
+    QWidget* buildReadDPS1Tab();
+    QWidget* buildReadDPS2Tab();
+    QWidget* buildReadAlarmTab();
     QWidget* buildWordBar();
+    QWidget* buildSwitchPanel();
+    void buildMenus();
+
+    // Ties a field control of the write tabs to its operation.
+    void field(QComboBox* list);
+    void field(QCheckBox* box);
+    int32_t& shadowOf(const QString& control);
+    void setTwin(const QString& control, int item);
+    void showWord(int32_t word);
+    int32_t readRegister(int32_t command);
+    void alarmRead(int32_t command);
 };

@@ -5,6 +5,7 @@
 #include "forms/MessageBox.h"
 #include "registers/Session.h"
 #include "shell/Options.h"
+#include "shell/Panels.h"
 
 #include <QApplication>
 
@@ -44,8 +45,10 @@ int main(int argc, char** argv) {
     session.usb.applicationDirectory = QCoreApplication::applicationDirPath().toStdString();
     session.usb.messageBox = forms::message;
 
-    frmMAINQZ7740 console(session);
+    forms::Navigator nav;
+    qz::registerPanels(nav, session);
+    frmMAINQZ7740 console(session, nav);
+    nav.adopt(QStringLiteral("frmMAINQZ7740"), &console);
     console.Form_Load();
-    console.show();
     return app.exec();
 }

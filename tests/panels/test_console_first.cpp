@@ -21,7 +21,8 @@ protected:
     std::unique_ptr<frmMAINQZ7740> f;
 
     void SetUp() override {
-        f = std::make_unique<frmMAINQZ7740>(*h.session);
+        f = std::make_unique<frmMAINQZ7740>(*h.session, h.nav);
+        h.nav.adopt(QStringLiteral("frmMAINQZ7740"), f.get());
         f->Form_Load();
         Harness::activate(f.get());
         h.trace.fresh();

@@ -5,10 +5,17 @@
 #include "board/TraceLibrary.h"
 #include "board/VirtualBoard.h"
 #include "forms/MessageBox.h"
+#include "forms/Navigator.h"
 #include "registers/Session.h"
+#include "shell/Panels.h"
 #include "support/TraceFile.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
+#include <QStyle>
+#include <QStyleOptionButton>
+#include <QTest>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -16,6 +23,9 @@
 #include <memory>
 #include <string>
 #include <vector>
+
+// Readable QStrings in test failures.
+inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
 
 namespace qztest {
 
@@ -29,14 +39,21 @@ public:
     TraceFile trace;
     qz::VirtualBoard* board = nullptr;
     std::unique_ptr<qz::Session> session;
+    forms::Navigator nav;
     std::vector<Box> boxes;
     int ends = 0;
 
-    Harness() {
-        auto vb = std::make_unique<qz::VirtualBoard>();
-        board = vb.get();
+    Harness() : Harness(nullptr) {}
+
+    // On the library given, or on the virtual board.
+    explicit Harness(std::unique_ptr<qz::BridgeLibrary> library) {
+        if (!library) {
+            auto vb = std::make_unique<qz::VirtualBoard>();
+            board = vb.get();
+            library = std::move(vb);
+        }
         std::string why;
-        auto traced = qz::TraceLibrary::open(std::move(vb), trace.path(), why);
+        auto traced = qz::TraceLibrary::open(std::move(library), trace.path(), why);
         EXPECT_TRUE(traced) << why;
         session = std::make_unique<qz::Session>(std::move(traced));
         session->usb.messageBox = [this](const std::string& t, const std::string& x, qz::MsgIcon i) {
@@ -44,10 +61,24 @@ public:
         };
         forms::setMessageSink(session->usb.messageBox);
         forms::setEndProgram([this] { ++ends; });
+        qz::registerPanels(nav, *session);
     }
     ~Harness() {
+        for (const char* name : {"frmMEASOUTGAIN", "frmMain", "frmMeasure", "frmDIAG",
+                                 "frmCompensation", "frmAbout"})
+            delete nav.loaded(QString::fromLatin1(name));
         forms::setMessageSink({});
         forms::setEndProgram({});
+    }
+
+    // The console as the program starts it: made, known by name, loaded.
+    template <typename Console>
+    std::unique_ptr<Console> startConsole() {
+        auto c = std::make_unique<Console>(*session, nav);
+        nav.adopt(QStringLiteral("frmMAINQZ7740"), c.get());
+        c->Form_Load();
+        activate(c.get());
+        return c;
     }
 
     // Shows the panel and makes it the active window, so that focus can be checked.
@@ -58,6 +89,20 @@ public:
         QApplication::processEvents();
     }
 };
+
+// A user's pick of a list item: the index changes and the list reports the pick.
+inline void pick(QComboBox* list, int index) {
+    list->setCurrentIndex(index);
+    emit list->activated(index);
+}
+
+// A mouse click on a check box or option button, at its indicator.
+inline void clickBox(QAbstractButton* box) {
+    QStyleOptionButton opt;
+    opt.initFrom(box);
+    const QRect r = box->style()->subElementRect(QStyle::SE_CheckBoxIndicator, &opt, box);
+    QTest::mouseClick(box, Qt::LeftButton, {}, r.center());
+}
 
 template <typename T>
 T* child(QWidget* panel, const char* name) {

@@ -1,0 +1,12 @@
+#include "shell/Panels.h"
+
+#include "shell/frmMEASOUTGAIN.h"
+
+namespace qz {
+
+void registerPanels(forms::Navigator& nav, Session& session) {
+    nav.registerForm(QStringLiteral("frmMEASOUTGAIN"),
+                     [&nav, &session] { return new frmMEASOUTGAIN(session, nav); });
+}
+
+} // namespace qz

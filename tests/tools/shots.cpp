@@ -1,0 +1,54 @@
+// Renders every tab of the panels to PNG files, for looking at them:
+//   build/tests/qz7740-shots OUTDIR
+// Runs on the virtual board; the offscreen platform is enough.
+
+#include "board/VirtualBoard.h"
+#include "console/frmMAINQZ7740.h"
+#include "forms/MessageBox.h"
+#include "forms/Navigator.h"
+#include "forms/TabControl.h"
+#include "registers/Session.h"
+#include "shell/Panels.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QPixmap>
+
+#include <iostream>
+
+namespace {
+
+void save(QWidget* w, const QString& path) {
+    QApplication::processEvents();
+    if (!w->grab().save(path)) std::cerr << "cannot write " << path.toStdString() << '\n';
+    else std::cout << path.toStdString() << '\n';
+}
+
+void shootTabs(QWidget* panel, forms::TabControl* tabs, const QString& dir, const QString& stem) {
+    for (int i = 0; i < tabs->count(); ++i) {
+        tabs->setCurrentIndex(i);
+        save(panel, QStringLiteral("%1/%2-tab%3.png").arg(dir, stem).arg(i));
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    const QString dir = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("shots");
+    QDir().mkpath(dir);
+    forms::setMessageSink([](const std::string& t, const std::string& x, qz::MsgIcon) {
+        std::cout << "message box: [" << t << "] " << x << '\n';
+    });
+    qz::Session session(std::make_unique<qz::VirtualBoard>());
+    forms::Navigator nav;
+    qz::registerPanels(nav, session);
+    auto* console = new frmMAINQZ7740(session, nav);
+    nav.adopt(QStringLiteral("frmMAINQZ7740"), console);
+    console->Form_Load();
+    console->resize(console->sizeHint());
+    shootTabs(console, console->QZ7740, dir, QStringLiteral("console"));
+    if (QWidget* gain = nav.show(QStringLiteral("frmMEASOUTGAIN"))) save(gain, dir + QStringLiteral("/measoutgain.png"));
+    return 0;
+}
