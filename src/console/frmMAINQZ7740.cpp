@@ -32,12 +32,12 @@ frmMAINQZ7740::frmMAINQZ7740(qz::Session& s, forms::Navigator& n, QWidget* paren
     QZ7740->addTab(buildWriteDPS1Tab(), QStringLiteral("WRITE DPS1 REG"));
     QZ7740->addTab(buildWriteDPS2Tab(), QStringLiteral("WRITE DPS2 REG"));
     QZ7740->addTab(buildAlarmSetupTab(), QStringLiteral("ALARM SETUP REG"));
-    QZ7740->addTab(new QWidget(central), QStringLiteral("WRITE DAC REG"));
+    QZ7740->addTab(buildWriteDacTab(), QStringLiteral("WRITE DAC REG"));
     QZ7740->addTab(buildReadSystemTab(), QStringLiteral("READ SYSTEM CONTROL REG"));
     QZ7740->addTab(buildReadDPS1Tab(), QStringLiteral("READ DPS1 REG"));
     QZ7740->addTab(buildReadDPS2Tab(), QStringLiteral("READ DPS2 REG"));
     QZ7740->addTab(buildReadAlarmTab(), QStringLiteral("READ ALARM STATUS"));
-    QZ7740->addTab(new QWidget(central), QStringLiteral("READ DAC REG"));
+    QZ7740->addTab(buildReadDacTab(), QStringLiteral("READ DAC REG"));
     QZ7740->onClick([this](int previous) { QZ7740_Click(previous); });
     v->addWidget(QZ7740, 1);
     v->addWidget(buildWordBar());

@@ -132,8 +132,84 @@ public:
     std::array<forms::Lamp*, 2> cmdTEMP{};
     forms::BitRow* txtALM;
 
+    // "WRITE DAC REG"
+    forms::BitRow* txtDAC;
+    forms::TabControl* tabDACS;
+    QLineEdit* txtstart;
+    QLineEdit* txtRAMP;
+    QLineEdit* txtRampStep;
+    QLineEdit* txtRCLKDiv;
+    QPushButton* cmdENRAMP;
+    QPushButton* cmdINTRAMP;
+    QPushButton* cmdReadEnableRamp;
+    QLineEdit* txtRampStatus;
+    QLineEdit* txtFINx1;
+    QLineEdit* txtFINM;
+    QLineEdit* txtFINC;
+    QLineEdit* txtOutputV;
+    QLineEdit* txtCLLx1;  // each of the clamp arrays holds one box, index 0
+    QLineEdit* txtCLLM;
+    QLineEdit* txtCLLC;
+    QLineEdit* txtCLHx1;
+    QLineEdit* txtCLHM;
+    QLineEdit* txtCLHC;
+    std::array<QLineEdit*, 8> txtCPLx1{};
+    std::array<QLineEdit*, 8> txtCPLM{};
+    std::array<QLineEdit*, 8> txtCPLC{};
+    std::array<QLineEdit*, 8> txtCPHx1{};
+    std::array<QLineEdit*, 8> txtCPHM{};
+    std::array<QLineEdit*, 8> txtCPHC{};
+    QLineEdit* OFFSETx1;  // index 0 of its array
+    QLineEdit* txtDGS;
+    std::array<QRadioButton*, 3> optRef{};
+    QLineEdit* txtVREF;
+
+    // "READ DAC REG"
+    QComboBox* cboDAC;
+    QPushButton* cmdREADDAC;
+    QLineEdit* txtDaccode;
+    QLineEdit* txtOFFSET;
+    QLineEdit* txtRDGS;
+    QComboBox* cboCLAMPS;
+    QPushButton* cmdREADCLAMPDACs;
+    QLineEdit* txtDACC;
+    QComboBox* cboCOMPDACs;
+    QComboBox* cboCurrentRange;
+    QComboBox* Combo2;
+    QPushButton* cmdREADCOMPDACs;
+    QLineEdit* txtDACcomp;
+    QPushButton* cmdREADRAMPREGS;
+    QLineEdit* txtRRampEnd;
+    QLineEdit* txtRRCLKDiv;
+    QLineEdit* txtRRampStep;
+    forms::BitRow* txtRDAC;
+
+    // DAC pages.
+    void DACLOAD(int32_t lx, int32_t dacadd);
+    void outputV();
+    void optRef_Click(int index);
+    void tabDACS_Click(int previousTab);
+    void cmdENRAMP_Click();
+    void cmdINTRAMP_Click();
+    void cmdReadEnableRamp_Click();
+    void cboDAC_Click();
+    void cboCLAMPS_Click();
+    void cboCOMPDACs_Click();
+    void cboCurrentRange_Click();
+    void Combo2_Click();
+    void cmdREADDAC_Click();
+    void cmdREADCLAMPDACs_Click();
+    void cmdREADCOMPDACs_Click();
+    void cmdREADRAMPREGS_Click();
+
     // Module words of the console.
+    int32_t rampWord = 0;
     int32_t compDACread = 0x930000;
+    float compDACsel = 0.0f;
+    int32_t compRangeRead = 0;
+    int32_t compFullRead = 0;
+    int32_t clampRead = 0;
+    int32_t dacRead = 0;
 
 private:
     QWidget* buildWriteSystemTab();
@@ -144,6 +220,12 @@ private:
     QWidget* buildReadDPS1Tab();
     QWidget* buildReadDPS2Tab();
     QWidget* buildReadAlarmTab();
+    QWidget* buildWriteDacTab();
+    QWidget* buildRampPage();
+    QWidget* buildFinPage();
+    QWidget* buildClampPage();
+    QWidget* buildComparatorPage();
+    QWidget* buildReadDacTab();
     QWidget* buildWordBar();
     QWidget* buildSwitchPanel();
     void buildMenus();
