@@ -43,6 +43,7 @@ frmMAINQZ7740::frmMAINQZ7740(qz::Session& s, forms::Navigator& n, QWidget* paren
     v->addWidget(buildWordBar());
     setCentralWidget(central);
     buildMenus();
+    wireDacPages();
 
     session.showWordSent = [this](const std::string& hex) {
         Text1->setText(QString::fromStdString(hex));

@@ -226,6 +226,7 @@ private:
     QWidget* buildClampPage();
     QWidget* buildComparatorPage();
     QWidget* buildReadDacTab();
+    void wireDacPages();
     QWidget* buildWordBar();
     QWidget* buildSwitchPanel();
     void buildMenus();

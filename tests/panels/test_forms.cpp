@@ -2,6 +2,7 @@
 #include "forms/Controls.h"
 #include "forms/TabControl.h"
 #include "registers/BitLabels.h"
+#include "support/QtPrint.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -8,6 +8,7 @@
 #include "forms/Navigator.h"
 #include "registers/Session.h"
 #include "shell/Panels.h"
+#include "support/QtPrint.h"
 #include "support/TraceFile.h"
 
 #include <QAbstractButton>
@@ -23,9 +24,6 @@
 #include <memory>
 #include <string>
 #include <vector>
-
-// Readable QStrings in test failures.
-inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
 
 namespace qztest {
 
