@@ -75,7 +75,7 @@ public:
         auto c = std::make_unique<Console>(*session, nav);
         nav.adopt(QStringLiteral("frmMAINQZ7740"), c.get());
         c->Form_Load();
-        activate(c.get());
+        if (c->isVisible()) activate(c.get());
         return c;
     }
 
