@@ -5,6 +5,7 @@
 #include "support/FakeLibrary.h"
 #include "support/Harness.h"
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
@@ -94,4 +95,19 @@ TEST(ConsoleStart, ResetDoesNothingWhileAnEntryIsBusy) {
     h.session->general.entryBusy = true;
     QTest::mouseClick(f->cmdRESET, Qt::LeftButton);
     EXPECT_TRUE(h.trace.fresh().empty());
+}
+
+TEST(ConsoleStart, StatusBarFollowsTheLink) {
+    auto fake = std::make_unique<qztest::FakeLibrary>();
+    qztest::FakeLibrary* lib = fake.get();
+    Harness h(std::move(fake));
+    auto f = h.startConsole<frmMAINQZ7740>();
+    auto* link = f->findChild<QLabel*>(QStringLiteral("linkStatus"));
+    ASSERT_NE(link, nullptr);
+    EXPECT_EQ(link->text(), QStringLiteral("board connected"));
+    EXPECT_EQ(f->windowTitle(), QStringLiteral("QZ7740 MAIN MENU")) << "a real board is not labelled";
+    lib->link = qz::LinkState::Lost;
+    QTest::mouseClick(f->readSYS, Qt::LeftButton);
+    EXPECT_EQ(link->text(), QStringLiteral("board lost"));
+    EXPECT_TRUE(h.boxes.empty()) << "failures after the start stay silent";
 }
