@@ -1,0 +1,85 @@
+#include "levels/Clamps.h"
+
+#include "levels/EntryField.h"
+#include "levels/Numbers.h"
+#include "levels/Ranges.h"
+#include "levels/TransferLaw.h"
+#include "registers/HexText.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace qz {
+
+namespace {
+
+// The two clamps test the same way with their bounds swapped: the current must be at or
+// below `upper`, then at or above `lower`.
+struct ClampRule {
+    int32_t addressWord;
+    bool limitIsUpper; // High: L is the upper bound and 0 the lower; Low: 0 and -L
+    const char* aboveUpper;
+    const char* belowLower;
+    double lowestCode;
+    double highestCode;
+};
+
+constexpr ClampRule kClampRules[] = {
+    {0x100000, true, kClampHighAboveLimit, kClampHighNegative, 32768.0, 65535.0},
+    {0x0D0000, false, kClampLowPositive, kClampLowBelowLimit, 0.0, 32768.0},
+};
+
+ClampResult refuse(const char* message, ClampBlame blame) {
+    ClampResult r;
+    r.message = message;
+    r.blame = blame;
+    return r;
+}
+
+} // namespace
+
+float clampLimit(float R, float VREF) {
+    return static_cast<float>((VREF == 2.5f ? 0.32 : 0.64) / static_cast<double>(R));
+}
+
+ClampResult computeClamp(ClampSide side, std::string_view entry, int IRangeIndex,
+                         std::string_view txtEXT1rsense, std::string_view txtEXT2Rsense,
+                         float imeasGain, float VREF) {
+    const auto typed = parseSingle(entry);
+    if (!typed || IRangeIndex < 0 || IRangeIndex >= kCurrentRangeCount)
+        return refuse(kNotValidNumber, ClampBlame::Entry);
+
+    const CurrentRange& range = kCurrentRanges[static_cast<size_t>(IRangeIndex)];
+    float R = range.rsense;
+    if (const DecimalField* box = rsenseField(range.rsenseBox)) {
+        const bool ext1 = range.rsenseBox == RsenseBox::EXT1;
+        const DecimalCheck rc = checkDecimalField(*box, ext1 ? txtEXT1rsense : txtEXT2Rsense);
+        if (!rc.ok)
+            return refuse(box->outside,
+                          ext1 ? ClampBlame::txtEXT1rsense : ClampBlame::txtEXT2Rsense);
+        R = rc.value;
+    }
+    if (!referenceUsable(VREF) || !std::isfinite(imeasGain))
+        return refuse(kNotValidNumber, ClampBlame::Reference);
+
+    const ClampRule& rule = kClampRules[side == ClampSide::High ? 0 : 1];
+    ClampResult r;
+    r.R = R;
+    r.current = static_cast<float>(static_cast<double>(*typed) * range.toAmperes);
+    r.L = clampLimit(R, VREF);
+    const float upper = rule.limitIsUpper ? r.L : 0.0f;
+    const float lower = rule.limitIsUpper ? 0.0f : -r.L;
+    if (!(r.current <= upper)) return refuse(rule.aboveUpper, ClampBlame::Entry);
+    if (!(r.current >= lower)) return refuse(rule.belowLower, ClampBlame::Entry);
+
+    const float level = r.current * R * imeasGain; // single precision
+    const double code =
+        roundHalfEven(65536.0 * static_cast<double>(level) / spanOf(VREF) + 32768.0);
+    r.code = static_cast<int32_t>(std::clamp(code, rule.lowestCode, rule.highestCode));
+    r.ok = true;
+    r.DAClast = rule.addressWord | r.code;
+    r.txtWrite = NumberToHex(r.DAClast, 6);
+    return r;
+}
+
+} // namespace qz
