@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Builds the plain-code tests with the address and undefined-behaviour sanitizers into
+# build-asan/ (or $QZ_BUILD_DIR) and runs them. Any sanitizer report fails the run, even
+# one that did not end the program.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+"$root/scripts/install-deps.sh"
+build=${QZ_BUILD_DIR:-$root/build-asan}
+jobs=$(nproc 2>/dev/null || echo 2)
+
+# shellcheck disable=SC2086
+cmake -S "$root" -B "$build" -G Ninja -DQZ_SANITIZE=ON -DQZ_BUILD_BENCH=OFF \
+  ${QZ_CMAKE_ARGS:-} >/dev/null
+cmake --build "$build" --target test_plain --parallel "$jobs"
+
+export ASAN_OPTIONS=${ASAN_OPTIONS:-halt_on_error=1:detect_leaks=1:detect_stack_use_after_return=1}
+export UBSAN_OPTIONS=${UBSAN_OPTIONS:-halt_on_error=1:print_stacktrace=1}
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+status=0
+"$build/tests/test_plain" --gtest_brief=1 >"$log" 2>&1 || status=$?
+cat "$log"
+if grep -qE 'runtime error:|ERROR: (Address|Leak|UndefinedBehavior)Sanitizer' "$log"; then
+  echo "sanitize: the sanitizers reported a fault" >&2
+  exit 1
+fi
+if [ "$status" -ne 0 ]; then
+  echo "sanitize: the tests failed (exit status $status)" >&2
+  exit "$status"
+fi
+echo "sanitize: clean"
