@@ -44,6 +44,7 @@ frmMAINQZ7740::frmMAINQZ7740(qz::Session& s, forms::Navigator& n, QWidget* paren
     setCentralWidget(central);
     buildMenus();
     wireDacPages();
+    wireDacEntries();
 
     session.showWordSent = [this](const std::string& hex) {
         Text1->setText(QString::fromStdString(hex));
@@ -165,7 +166,7 @@ void frmMAINQZ7740::Form_Load() {
     compDACread = 0x930000;
     session.usb.SendRequest(229);
     session.usb.SendRequest(234);  // CL EN pin on
-    g.VREF = 5.0f;
+    optRef_Click(0);
     Text1->setText(QString::fromStdString(qz::NumberToHex(g.SYSreg, 6)));
     // The front panel takes over once the program has one.
     if (nav.has(QStringLiteral("frmMain"))) {

@@ -3,6 +3,7 @@
 // with a WRITE button or typed as a whole word, and read back.
 
 #include "forms/Panel.h"
+#include "levels/FieldTable.h"
 
 #include <array>
 
@@ -186,7 +187,9 @@ public:
 
     // DAC pages.
     void DACLOAD(int32_t lx, int32_t dacadd);
-    void outputV();
+    // Shows the output of the FIN codes in txtOutputV; false when a code or VREF is
+    // refused (the refusal shown on its box).
+    bool outputV();
     void optRef_Click(int index);
     void tabDACS_Click(int previousTab);
     void cmdENRAMP_Click();
@@ -227,6 +230,10 @@ private:
     QWidget* buildComparatorPage();
     QWidget* buildReadDacTab();
     void wireDacPages();
+    void wireDacEntries();
+    void hexEntry(QLineEdit* box, qz::HexFieldId id, int index);
+    QLineEdit* x1BoxOf(qz::HexFieldId id) const;
+    bool readCode(QLineEdit* box, int32_t& code);
     QWidget* buildWordBar();
     QWidget* buildSwitchPanel();
     void buildMenus();

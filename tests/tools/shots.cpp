@@ -49,6 +49,8 @@ int main(int argc, char** argv) {
     console->Form_Load();
     console->resize(console->sizeHint());
     shootTabs(console, console->QZ7740, dir, QStringLiteral("console"));
+    console->QZ7740->setCurrentIndex(4);
+    shootTabs(console, console->tabDACS, dir, QStringLiteral("console-dac"));
     if (QWidget* gain = nav.show(QStringLiteral("frmMEASOUTGAIN"))) save(gain, dir + QStringLiteral("/measoutgain.png"));
     return 0;
 }

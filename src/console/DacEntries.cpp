@@ -1,0 +1,148 @@
+// The entry fields of the console's DAC page. Nothing happens until Enter; then the
+// field's check gives the value and its tidied text, or the refusal the panel shows.
+
+#include "console/frmMAINQZ7740.h"
+
+#include "forms/BitRow.h"
+#include "forms/Build.h"
+#include "forms/Controls.h"
+#include "forms/Entry.h"
+#include "forms/MessageBox.h"
+#include "levels/EntryField.h"
+#include "levels/Numbers.h"
+#include "levels/TransferLaw.h"
+#include "registers/BitMirror.h"
+
+#include <QLineEdit>
+#include <QRadioButton>
+
+namespace {
+QString qtext(const std::string& s) { return QString::fromStdString(s); }
+} // namespace
+
+void frmMAINQZ7740::wireDacEntries() {
+    using qz::HexFieldId;
+    auto entry = [this](QLineEdit* box, HexFieldId id, int index) {
+        forms::onEnter(box, [this, box, id, index] { hexEntry(box, id, index); });
+    };
+    entry(OFFSETx1, HexFieldId::OFFSETx1, 0);
+    entry(txtDGS, HexFieldId::txtDGS, 0);
+    entry(txtstart, HexFieldId::txtstart, 0);
+    entry(txtRAMP, HexFieldId::txtRAMP, 0);
+    entry(txtRampStep, HexFieldId::txtRampStep, 0);
+    entry(txtRCLKDiv, HexFieldId::txtRCLKDiv, 0);
+    entry(txtFINx1, HexFieldId::txtFINx1, 0);
+    entry(txtFINM, HexFieldId::txtFINM, 0);
+    entry(txtFINC, HexFieldId::txtFINC, 0);
+    entry(txtCLLx1, HexFieldId::txtCLLx1, 0);
+    entry(txtCLLM, HexFieldId::txtCLLM, 0);
+    entry(txtCLLC, HexFieldId::txtCLLC, 0);
+    entry(txtCLHx1, HexFieldId::txtCLHx1, 0);
+    entry(txtCLHM, HexFieldId::txtCLHM, 0);
+    entry(txtCLHC, HexFieldId::txtCLHC, 0);
+    for (int i = 0; i < 8; ++i) {
+        const auto k = static_cast<size_t>(i);
+        entry(txtCPLx1[k], HexFieldId::txtCPLx1, i);
+        entry(txtCPLM[k], HexFieldId::txtCPLM, i);
+        entry(txtCPLC[k], HexFieldId::txtCPLC, i);
+        entry(txtCPHx1[k], HexFieldId::txtCPHx1, i);
+        entry(txtCPHM[k], HexFieldId::txtCPHM, i);
+        entry(txtCPHC[k], HexFieldId::txtCPHC, i);
+    }
+    for (int i = 0; i < 3; ++i)
+        forms::onClick(optRef[static_cast<size_t>(i)], [this, i] { optRef_Click(i); });
+}
+
+QLineEdit* frmMAINQZ7740::x1BoxOf(qz::HexFieldId id) const {
+    return id == qz::HexFieldId::txtCLLx1 ? txtCLLx1 : txtCLHx1;
+}
+
+void frmMAINQZ7740::hexEntry(QLineEdit* box, qz::HexFieldId id, int index) {
+    if (session.general.entryBusy) return;
+    const qz::HexField field = qz::hexField(id, index);
+    if (id == qz::HexFieldId::txtFINx1) {
+        const qz::FieldCheck c = qz::checkFINx1Entry(box->text().toStdString(), OFFSETx1->text().toStdString());
+        if (!c.ok) return forms::refuseEntry(box, c.message);
+        // The output shown is that of the text as typed; then the text is tidied.
+        if (!outputV()) return;
+        box->setText(qtext(c.text));
+        DACLOAD(c.value, field.addressWord);
+        return;
+    }
+    const qz::FieldCheck c = qz::checkHexField(field, box->text().toStdString());
+    if (!c.ok) return forms::refuseEntry(box, c.message);
+    box->setText(qtext(c.text));
+    switch (field.step) {
+    case qz::FurtherStep::RampWrite: {
+        rampWord = qz::composeRampWrite(c.value, field.addressWord).word;
+        showWord(rampWord);
+        session.SPIout(rampWord);
+        txtDAC->mirror(rampWord, qz::kDecToBin);
+        return;
+    }
+    case qz::FurtherStep::ReloadX1: {
+        DACLOAD(c.value, field.addressWord);
+        // The chip takes a new m or c only with the next write of x1: write it again.
+        QLineEdit* x1 = x1BoxOf(field.reload);
+        const qz::HexField x1Field = qz::hexField(field.reload);
+        const qz::FieldCheck x = qz::checkHexField(x1Field, x1->text().toStdString());
+        if (!x.ok) return forms::refuseEntry(x1, x.message);
+        DACLOAD(x.value, x1Field.addressWord);
+        return;
+    }
+    case qz::FurtherStep::OutputV:
+        DACLOAD(c.value, field.addressWord);
+        outputV();
+        return;
+    default:
+        DACLOAD(c.value, field.addressWord);
+        return;
+    }
+}
+
+bool frmMAINQZ7740::readCode(QLineEdit* box, int32_t& code) {
+    const std::optional<int32_t> v = qz::readDacCode(box->text().toStdString());
+    if (!v) {
+        forms::refuseEntry(box, qz::kNotValidNumber);
+        return false;
+    }
+    code = *v;
+    return true;
+}
+
+bool frmMAINQZ7740::outputV() {
+    int32_t x1 = 0, offset = 0, m = 0, c = 0;
+    if (!readCode(txtFINx1, x1) || !readCode(OFFSETx1, offset) || !readCode(txtFINM, m) ||
+        !readCode(txtFINC, c))
+        return false;
+    const qz::OutputVResult r = qz::outputV(session.general.VREF, offset, m, c, x1);
+    if (!r.ok) {
+        forms::refuseEntry(txtVREF, r.message);
+        return false;
+    }
+    txtOutputV->setText(qtext(r.txtOutputV));
+    return true;
+}
+
+void frmMAINQZ7740::optRef_Click(int index) {
+    qz::General& g = session.general;
+    if (g.entryBusy) return;
+    float vref = index == 0 ? 5.0f : 2.5f;
+    if (index == 2) {
+        const std::optional<float> v = qz::parseSingle(txtVREF->text().toStdString());
+        // A reference of zero gives no level at all: refused where it is entered.
+        if (!v || !qz::referenceUsable(*v)) {
+            forms::refuseEntry(txtVREF, qz::kNotValidNumber);
+            return;
+        }
+        vref = *v;
+    }
+    g.VREF = vref;
+    for (const char* form : {"frmMain", "frmMeasure"}) {
+        if (nav.load(QString::fromLatin1(form)) == nullptr) continue;
+        if (auto* option = forms::controlOf<QRadioButton>(nav, QString::fromLatin1(form),
+                                                          forms::member("optRef", index)))
+            forms::selectOption(option);
+    }
+    outputV();
+}

@@ -1,0 +1,187 @@
+// The console's DAC write page: each entry field's word, its refusals, the reload of
+// x1 after m and c, the ramp words and the reference voltage.
+
+#include "console/frmMAINQZ7740.h"
+#include "forms/BitRow.h"
+#include "forms/TabControl.h"
+#include "support/Harness.h"
+
+#include <QLineEdit>
+#include <QRadioButton>
+
+using qztest::clickBox;
+using qztest::Harness;
+
+namespace {
+
+class ConsoleDacWrite : public ::testing::Test {
+protected:
+    Harness h;
+    std::unique_ptr<frmMAINQZ7740> f;
+    qz::General& g = h.session->general;
+
+    void SetUp() override {
+        f = h.startConsole<frmMAINQZ7740>();
+        f->QZ7740->setCurrentIndex(4);
+        h.trace.fresh();
+    }
+    void enter(QLineEdit* box, const QString& text) {
+        box->setFocus();
+        box->setText(text);
+        QTest::keyClick(box, Qt::Key_Return);
+    }
+    std::vector<int> sent() { return qztest::wordsSent(h.trace.fresh()); }
+    void expectRefusal(QLineEdit* box, const std::string& text) {
+        ASSERT_EQ(h.boxes.size(), 1u);
+        EXPECT_EQ(h.boxes[0].title, "Entry Error");
+        EXPECT_EQ(h.boxes[0].text, text);
+        EXPECT_EQ(h.boxes[0].icon, qz::MsgIcon::Exclamation);
+        EXPECT_TRUE(box->text().isEmpty());
+        EXPECT_EQ(QApplication::focusWidget(), box);
+        EXPECT_TRUE(sent().empty()) << "a refusal sends nothing";
+        h.boxes.clear();
+    }
+};
+
+constexpr const char* kTooLarge = "Number too large. Please reenter code between 0 and xFFFF.";
+constexpr const char* kInvalid = "Not a valid number. Please reenter it.";
+
+} // namespace
+
+TEST_F(ConsoleDacWrite, DacLoadSendsTheWordShowsItAndLeavesDAClastAtZero) {
+    f->tabDACS->setCurrentIndex(1);
+    h.trace.fresh();
+    enter(f->txtFINx1, QStringLiteral("89fe"));
+    EXPECT_EQ(sent(), std::vector<int>{0x0889FE});
+    EXPECT_EQ(f->txtFINx1->text(), QStringLiteral("89FE"));
+    EXPECT_EQ(f->Text1->text(), QStringLiteral("0889FE"));
+    EXPECT_EQ(f->txtDAC->digits(), QStringLiteral("000010001000100111111110"));
+    EXPECT_EQ(g.DAClast, 0) << "the mirror leaves DAClast at 0 until the next load";
+    EXPECT_EQ(f->txtOutputV->text(), QStringLiteral("01.000"));
+    EXPECT_EQ(h.board->reg(0x08), 0x89FE);
+}
+
+TEST_F(ConsoleDacWrite, FieldsTidyTheirTextAndWriteTheirRegister) {
+    enter(f->txtDGS, QStringLiteral("ff"));
+    EXPECT_EQ(f->txtDGS->text(), QStringLiteral("00FF"));
+    enter(f->OFFSETx1, QStringLiteral("4000"));
+    f->tabDACS->setCurrentIndex(1);
+    h.trace.fresh();
+    enter(f->txtFINM, QStringLiteral("FFFF0123"));
+    EXPECT_EQ(f->txtFINM->text(), QStringLiteral("0123")) << "eight digits keep their last four";
+    enter(f->txtFINC, QStringLiteral("8100"));
+    EXPECT_EQ(sent(), (std::vector<int>{0x090123, 0x0A8100}))
+        << "FIN m and c wait for the next x1 entry";
+    f->tabDACS->setCurrentIndex(3);
+    enter(f->txtCPHx1[3], QStringLiteral("8000"));
+    enter(f->txtCPLx1[7], QStringLiteral("1234"));
+    enter(f->txtCPHC[7], QStringLiteral("2"));
+    enter(f->txtCPLM[5], QStringLiteral("abcd"));
+    EXPECT_EQ(sent(), (std::vector<int>{0x318000, 0x451234, 0x4A0002, 0x23ABCD}));
+    EXPECT_EQ(h.board->reg(0x0B), 0x4000);
+    EXPECT_EQ(h.board->reg(0x3D), 0x00FF);
+}
+
+TEST_F(ConsoleDacWrite, ClampMandCReloadTheirX1) {
+    f->tabDACS->setCurrentIndex(2);
+    enter(f->txtCLLM, QStringLiteral("1234"));
+    EXPECT_EQ(sent(), (std::vector<int>{0x0E1234, 0x0D0000}));
+    enter(f->txtCLHC, QStringLiteral("1"));
+    EXPECT_EQ(sent(), (std::vector<int>{0x120001, 0x10FFFF}));
+    enter(f->txtCLLx1, QStringLiteral("7fff"));
+    enter(f->txtCLLC, QStringLiteral("8000"));
+    EXPECT_EQ(sent(), (std::vector<int>{0x0D7FFF, 0x0F8000, 0x0D7FFF}));
+    EXPECT_EQ(f->txtCLLx1->text(), QStringLiteral("7FFF"));
+}
+
+TEST_F(ConsoleDacWrite, BoundsAndTheirWords) {
+    enter(f->txtRAMP, QStringLiteral("abcde"));
+    expectRefusal(f->txtRAMP, kTooLarge);
+    enter(f->txtRAMP, QStringLiteral("10000"));
+    expectRefusal(f->txtRAMP, kTooLarge);
+    enter(f->txtRampStep, QStringLiteral("80"));
+    expectRefusal(f->txtRampStep, "Number too large. Please reenter code between 0 and x7F.");
+    enter(f->txtRCLKDiv, QStringLiteral("100"));
+    expectRefusal(f->txtRCLKDiv, "Number too large. Please reenter code between 0 and x7F.");
+    enter(f->txtstart, QString());
+    expectRefusal(f->txtstart, kInvalid);
+    f->tabDACS->setCurrentIndex(2);
+    h.trace.fresh();
+    enter(f->txtCLLx1, QStringLiteral("8000"));
+    expectRefusal(f->txtCLLx1, "Number too large. Please reenter code between 0 and 7FFF.");
+    enter(f->txtCLHx1, QStringLiteral("7fff"));
+    expectRefusal(f->txtCLHx1, "Number too small. Please reenter code between 0x8000 and 0xFFFF.");
+    enter(f->txtCLHx1, QStringLiteral("10000"));
+    expectRefusal(f->txtCLHx1, "Number too large. Please reenter code between 0 and 0xFFFF.");
+    enter(f->txtCLHx1, QStringLiteral("8000"));
+    EXPECT_EQ(sent(), std::vector<int>{0x108000});
+    f->tabDACS->setCurrentIndex(3);
+    enter(f->txtCPLC[2], QStringLiteral("g"));
+    expectRefusal(f->txtCPLC[2], kInvalid);
+}
+
+TEST_F(ConsoleDacWrite, RampFieldsBuildTheirOwnWord) {
+    g.DAClast = 0x081234;
+    enter(f->txtRAMP, QStringLiteral("FFFF"));
+    enter(f->txtRampStep, QStringLiteral("7f"));
+    enter(f->txtRCLKDiv, QStringLiteral("ff"));
+    EXPECT_EQ(sent(), (std::vector<int>{0x3EFFFF, 0x3F007F, 0x4000FF}));
+    EXPECT_EQ(g.DAClast, 0x081234) << "the ramp leaves DAClast alone";
+    EXPECT_EQ(f->rampWord, 0) << "the mirror takes the ramp word down to 0";
+    EXPECT_EQ(f->txtDAC->digits(), QStringLiteral("010000000000000011111111"));
+    EXPECT_EQ(f->txtRCLKDiv->text(), QStringLiteral("00FF"));
+}
+
+TEST_F(ConsoleDacWrite, StartCodeAndFinX1WriteTheSameRegisterButOnlyFinShowsTheOutput) {
+    enter(f->txtstart, QStringLiteral("4e0c"));
+    EXPECT_EQ(sent(), std::vector<int>{0x084E0C});
+    f->tabDACS->setCurrentIndex(1);
+    EXPECT_EQ(f->txtOutputV->text(), QStringLiteral("00.000"));
+    EXPECT_EQ(f->txtFINx1->text(), QStringLiteral("4E0C")) << "read back from the chip";
+    h.trace.fresh();
+    enter(f->txtFINx1, QStringLiteral("4e0c"));
+    EXPECT_EQ(sent(), std::vector<int>{0x084E0C});
+    EXPECT_EQ(f->txtOutputV->text(), QStringLiteral("-05.000"));
+}
+
+TEST_F(ConsoleDacWrite, OutputFollowsMAndCAndTheReference) {
+    f->tabDACS->setCurrentIndex(1);
+    enter(f->txtFINM, QStringLiteral("7fff"));
+    enter(f->txtFINx1, QStringLiteral("89FE"));
+    EXPECT_EQ(f->txtOutputV->text(), QStringLiteral("-05.906"));
+    enter(f->txtFINM, QStringLiteral("ffff"));
+    h.trace.fresh();
+    clickBox(f->optRef[1]);
+    EXPECT_EQ(g.VREF, 2.5f);
+    EXPECT_EQ(f->txtOutputV->text(), QStringLiteral("00.500"));
+    f->txtVREF->setText(QStringLiteral("4.096"));
+    clickBox(f->optRef[2]);
+    EXPECT_EQ(g.VREF, 4.096f);
+    EXPECT_TRUE(sent().empty()) << "a reference sends nothing";
+}
+
+TEST_F(ConsoleDacWrite, OtherReferenceMustBeANumberAboveZero) {
+    for (const char* bad : {"abc", "0", ""}) {
+        f->txtVREF->setText(QString::fromLatin1(bad));
+        clickBox(f->optRef[2]);
+        expectRefusal(f->txtVREF, kInvalid);
+        EXPECT_EQ(g.VREF, 5.0f);
+        clickBox(f->optRef[0]);
+    }
+}
+
+TEST_F(ConsoleDacWrite, CodesThatAreNotHexAtTheMomentOfUseAreRefusedOnTheirBox) {
+    f->tabDACS->setCurrentIndex(1);
+    h.trace.fresh();
+    f->txtFINC->setText(QStringLiteral("xyz"));
+    enter(f->txtFINx1, QStringLiteral("8000"));
+    ASSERT_EQ(h.boxes.size(), 1u);
+    EXPECT_EQ(h.boxes[0].text, kInvalid);
+    EXPECT_TRUE(f->txtFINC->text().isEmpty());
+    EXPECT_TRUE(sent().empty());
+    h.boxes.clear();
+    f->OFFSETx1->setText(QStringLiteral("12345"));
+    enter(f->txtFINx1, QStringLiteral("8000"));
+    EXPECT_EQ(h.boxes.size(), 1u);
+    EXPECT_TRUE(f->txtFINx1->text().isEmpty()) << "an OFFSET that is no code refuses txtFINx1";
+}
