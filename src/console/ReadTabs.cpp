@@ -163,8 +163,9 @@ void frmMAINQZ7740::READALARM_Click() { alarmRead(0xC40000); }
 
 void frmMAINQZ7740::alarmRead(int32_t command) {
     session.SPIout(command);
-    // The chip takes a moment to gather the alarm status: ten empty turns.
-    for (volatile int i = 0; i < 10; i = i + 1) {
+    // Ten empty turns stood here for the chip to gather its status; they take no
+    // measurable time, and the fetch follows the command at once.
+    for (int turn = 0; turn < 10; ++turn) {
     }
     int32_t r = session.usb.ReadSPIWord();
     lblREADSPI->setText(text(qz::NumberToHex(r, 6)));
