@@ -97,7 +97,9 @@ std::optional<DecimalText> scanDecimal(std::string_view text) {
 
     d.allZero = intDigits == 0 && firstFraction < 0;
     d.magnitude = (intDigits > 0 ? intDigits - 1 : -firstFraction) + exponent;
-    if (d.negative) d.digits = "-";
+    // push_back rather than assigning "-": the latter trips a false -Wrestrict in g++ 12.
+    d.digits.reserve(t.size() - mantissaStart + 1);
+    if (d.negative) d.digits.push_back('-');
     d.digits.append(t.substr(mantissaStart));
     return d;
 }
