@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace qz {
 
@@ -67,8 +68,11 @@ ClampResult computeClamp(ClampSide side, std::string_view entry, int IRangeIndex
     r.R = R;
     r.current = static_cast<float>(static_cast<double>(*typed) * range.toAmperes);
     r.L = clampLimit(R, VREF);
-    const float upper = rule.limitIsUpper ? r.L : 0.0f;
-    const float lower = rule.limitIsUpper ? 0.0f : -r.L;
+    // A limit typed as the range table gives it ("3.2" in the 2.5mA range) can land one
+    // single-precision step above L once scaled to amperes; it is still the limit.
+    const float edge = std::nextafter(r.L, std::numeric_limits<float>::infinity());
+    const float upper = rule.limitIsUpper ? edge : 0.0f;
+    const float lower = rule.limitIsUpper ? 0.0f : -edge;
     if (!(r.current <= upper)) return refuse(rule.aboveUpper, ClampBlame::Entry);
     if (!(r.current >= lower)) return refuse(rule.belowLower, ClampBlame::Entry);
 

@@ -71,19 +71,22 @@ TEST(Clamp, EntriesExactlyAtTheLimitAreTaken) {
     }
 }
 
-TEST(Clamp, TypedLimitOfTheMilliampRangeLandsOneStepAbove) {
+TEST(Clamp, TypedLimitOfTheMilliampRangeIsTakenThoughItLandsOneStepAbove) {
     // 3.2 mA scaled to amperes and stored as a single is the single just above
-    // 0.64 / 200 stored as a single; the single just below 3.2 gives L itself.
+    // 0.64 / 200 stored as a single: it is still the limit the operator reads.
     ClampResult r = clamp(ClampSide::High, "3.2", 3);
-    EXPECT_FALSE(r.ok);
-    EXPECT_EQ(r.message, qz::kClampHighAboveLimit);
-    r = clamp(ClampSide::High, "3.1999998", 3);
     ASSERT_TRUE(r.ok) << r.message;
+    EXPECT_GT(r.current, r.L);
     EXPECT_EQ(r.code, 65504);
-    EXPECT_EQ(clamp(ClampSide::Low, "-3.2", 3).message, qz::kClampLowBelowLimit);
-    EXPECT_TRUE(clamp(ClampSide::Low, "-3.1999998", 3).ok);
-    EXPECT_FALSE(clamp(ClampSide::High, "1.6", 3, 2.5f).ok);
-    EXPECT_TRUE(clamp(ClampSide::High, "1.5999999", 3, 2.5f).ok);
+    r = clamp(ClampSide::Low, "-3.2", 3);
+    ASSERT_TRUE(r.ok) << r.message;
+    EXPECT_EQ(r.code, 32);
+    EXPECT_TRUE(clamp(ClampSide::High, "1.6", 3, 2.5f).ok);
+    EXPECT_TRUE(clamp(ClampSide::High, "3.1999998", 3).ok);
+    // Anything beyond that one step is outside the range.
+    EXPECT_EQ(clamp(ClampSide::High, "3.2001", 3).message, qz::kClampHighAboveLimit);
+    EXPECT_EQ(clamp(ClampSide::Low, "-3.2001", 3).message, qz::kClampLowBelowLimit);
+    EXPECT_EQ(clamp(ClampSide::High, "1.6001", 3, 2.5f).message, qz::kClampHighAboveLimit);
 }
 
 TEST(Clamp, RefusalsBySideInTheirOrder) {
