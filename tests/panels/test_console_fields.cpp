@@ -65,7 +65,7 @@ protected:
 
 } // namespace
 
-TEST_F(ConsoleFields, EveryControlComposesItsFieldAndTheWriteButtonSendsIt) {
+TEST(ConsoleControls, EveryControlComposesItsFieldAndTheWriteButtonSendsIt) {
     for (const ControlCase& c : kControls) {
         SCOPED_TRACE(c.control);
         Harness fresh;

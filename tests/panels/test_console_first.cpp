@@ -27,22 +27,8 @@ protected:
         Harness::activate(f.get());
         h.trace.fresh();
     }
-    void type(QLineEdit* box, const QString& text) {
-        box->setFocus();
-        box->clear();
-        QTest::keyClicks(box, text);
-        QTest::keyClick(box, Qt::Key_Return);
-    }
-    void expectRefusal(QLineEdit* box, const std::string& text) {
-        ASSERT_EQ(h.boxes.size(), 1u);
-        EXPECT_EQ(h.boxes[0].title, "Entry Error");
-        EXPECT_EQ(h.boxes[0].text, text);
-        EXPECT_EQ(h.boxes[0].icon, qz::MsgIcon::Exclamation);
-        EXPECT_TRUE(box->text().isEmpty());
-        EXPECT_EQ(QApplication::focusWidget(), box);
-        EXPECT_TRUE(h.trace.fresh().empty()) << "a refusal sends nothing";
-        h.boxes.clear();
-    }
+    void type(QLineEdit* box, const QString& text) { Harness::enter(box, text); }
+    void expectRefusal(QLineEdit* box, const std::string& text) { h.expectRefusal(box, text); }
 };
 
 } // namespace

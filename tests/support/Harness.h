@@ -14,6 +14,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QStyle>
 #include <QStyleOptionButton>
 #include <QTest>
@@ -77,6 +78,26 @@ public:
         c->Form_Load();
         if (c->isVisible()) activate(c.get());
         return c;
+    }
+
+    // Types text into the box and presses Enter.
+    static void enter(QLineEdit* box, const QString& text) {
+        box->setFocus();
+        box->setText(text);
+        QTest::keyClick(box, Qt::Key_Return);
+    }
+
+    // The one refusal that came: its title, text and icon, the box emptied and focused,
+    // nothing sent. The box and the trace are then clear for the next entry.
+    void expectRefusal(QLineEdit* box, const std::string& text) {
+        ASSERT_EQ(boxes.size(), 1u);
+        EXPECT_EQ(boxes[0].title, "Entry Error");
+        EXPECT_EQ(boxes[0].text, text);
+        EXPECT_EQ(boxes[0].icon, qz::MsgIcon::Exclamation);
+        EXPECT_TRUE(box->text().isEmpty());
+        EXPECT_EQ(QApplication::focusWidget(), box);
+        EXPECT_TRUE(trace.fresh().empty()) << "a refusal sends nothing";
+        boxes.clear();
     }
 
     // Shows the panel and makes it the active window, so that focus can be checked.
