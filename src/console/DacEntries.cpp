@@ -132,12 +132,15 @@ void frmMAINQZ7740::optRef_Click(int index) {
         const std::optional<float> v = qz::parseSingle(txtVREF->text().toStdString());
         // A reference of zero gives no level at all: refused where it is entered.
         if (!v || !qz::referenceUsable(*v)) {
+            // The option goes back to the reference still in use.
+            optRef[static_cast<size_t>(refIndex_)]->setChecked(true);
             forms::refuseEntry(txtVREF, qz::kNotValidNumber);
             return;
         }
         vref = *v;
     }
     g.VREF = vref;
+    refIndex_ = index;
     for (const char* form : {"frmMain", "frmMeasure"}) {
         if (nav.load(QString::fromLatin1(form)) == nullptr) continue;
         if (auto* option = forms::controlOf<QRadioButton>(nav, QString::fromLatin1(form),

@@ -215,6 +215,8 @@ public:
     int32_t dacRead = 0;
 
 private:
+    int refIndex_ = 0;  // the reference option whose VREF is in use
+
     QWidget* buildWriteSystemTab();
     QWidget* buildWriteDPS1Tab();
     QWidget* buildWriteDPS2Tab();

@@ -136,7 +136,8 @@ TEST_F(ConsoleDacWrite, OtherReferenceMustBeANumberAboveZero) {
         clickBox(f->optRef[2]);
         h.expectRefusal(f->txtVREF, kInvalid);
         EXPECT_EQ(g.VREF, 5.0f);
-        clickBox(f->optRef[0]);
+        EXPECT_TRUE(f->optRef[0]->isChecked()) << "the option in use stays selected";
+        EXPECT_FALSE(f->optRef[2]->isChecked());
     }
 }
 
