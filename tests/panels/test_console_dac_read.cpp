@@ -4,6 +4,7 @@
 #include "forms/BitRow.h"
 #include "forms/TabControl.h"
 #include "support/FakeLibrary.h"
+#include "support/ConsoleFixture.h"
 #include "support/Harness.h"
 
 #include <QComboBox>
@@ -15,17 +16,9 @@ using qztest::pick;
 
 namespace {
 
-class ConsoleDacRead : public ::testing::Test {
+class ConsoleDacRead : public qztest::ConsoleFixture {
 protected:
-    Harness h;
-    std::unique_ptr<frmMAINQZ7740> f;
-
-    void SetUp() override {
-        f = h.startConsole<frmMAINQZ7740>();
-        f->QZ7740->setCurrentIndex(9);
-        h.trace.fresh();
-    }
-    std::vector<int> sent() { return qztest::wordsSent(h.trace.fresh()); }
+    ConsoleDacRead() : ConsoleFixture(9) {}
 };
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "console/frmMAINQZ7740.h"
 #include "forms/BitRow.h"
 #include "forms/TabControl.h"
+#include "support/ConsoleFixture.h"
 #include "support/Harness.h"
 
 #include <QLineEdit>
@@ -14,19 +15,10 @@ using qztest::Harness;
 
 namespace {
 
-class ConsoleDacWrite : public ::testing::Test {
+class ConsoleDacWrite : public qztest::ConsoleFixture {
 protected:
-    Harness h;
-    std::unique_ptr<frmMAINQZ7740> f;
-    qz::General& g = h.session->general;
-
-    void SetUp() override {
-        f = h.startConsole<frmMAINQZ7740>();
-        f->QZ7740->setCurrentIndex(4);
-        h.trace.fresh();
-    }
+    ConsoleDacWrite() : ConsoleFixture(4) {}
     void enter(QLineEdit* box, const QString& text) { Harness::enter(box, text); }
-    std::vector<int> sent() { return qztest::wordsSent(h.trace.fresh()); }
 };
 
 constexpr const char* kInvalid = "Not a valid number. Please reenter it.";

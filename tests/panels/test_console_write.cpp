@@ -4,6 +4,7 @@
 #include "console/frmMAINQZ7740.h"
 #include "forms/BitRow.h"
 #include "forms/TabControl.h"
+#include "support/ConsoleFixture.h"
 #include "support/Harness.h"
 
 #include <QCheckBox>
@@ -18,17 +19,9 @@ using qztest::pick;
 
 namespace {
 
-class ConsoleWrite : public ::testing::Test {
+class ConsoleWrite : public qztest::ConsoleFixture {
 protected:
-    Harness h;
-    std::unique_ptr<frmMAINQZ7740> f;
-    qz::General& g = h.session->general;
-
-    void SetUp() override {
-        f = h.startConsole<frmMAINQZ7740>();
-        h.trace.fresh();
-    }
-    std::vector<int> sent() { return qztest::wordsSent(h.trace.fresh()); }
+    ConsoleWrite() : ConsoleFixture(-1) {}
 };
 
 } // namespace
