@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <deque>
 #include <filesystem>
+#include <unistd.h>
 #include <fstream>
 
 namespace {
@@ -75,11 +76,18 @@ protected:
         uint8_t buf[8] = {};
         return bridge->Vendor_Request(handle, req, 0, 0, dir, len, buf);
     }
+    // Each test process writes its own file: CTest runs the tests side by side.
     std::string writeFile(const std::string& text) {
-        const auto path = std::filesystem::temp_directory_path() / "qz7740-test-fw.hex";
+        const auto path = std::filesystem::temp_directory_path() /
+                          ("qz7740-test-fw-" + std::to_string(::getpid()) + ".hex");
         std::ofstream(path) << text;
+        written.push_back(path);
         return path.string();
     }
+    void TearDown() override {
+        for (const auto& p : written) std::filesystem::remove(p);
+    }
+    std::vector<std::filesystem::path> written;
     int32_t download(const std::string& path) {
         return bridge->Download_Firmware(handle, reinterpret_cast<const uint8_t*>(path.c_str()));
     }
