@@ -78,8 +78,7 @@ std::string formatNumber(double value, std::string_view format) {
     intPart.erase(0, firstNonZero == std::string::npos ? intPart.size() : firstNonZero);
     if (intPart.size() < intZeros) intPart.insert(0, intZeros - intPart.size(), '0');
 
-    const bool shownZero = digits.find_first_not_of('0') == std::string::npos;
-    std::string s = value < 0.0 && !shownZero ? "-" : "";
+    std::string s = value < 0.0 ? "-" : "";
     s += intPart;
     if (decimals > 0) s += "." + fraction;
     return s;

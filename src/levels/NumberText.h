@@ -23,9 +23,10 @@ std::string defaultText(float value);
 // The value is rounded at the last decimal from its exact binary value, a tie away
 // from zero (12.8125 in "00.000" is "12.813"), as formatted numbers are conventionally
 // rounded; only conversions to integers take ties to the even number.
-// A negative value that rounds to zero shows no minus (-0.0001 in "0.00" is "0.00"):
-// "-0.00" would read as a real negative level. A format with other characters or
-// without a zero, and a value that is not finite, give the default text.
+// Every negative value keeps its minus, also one that rounds to zero (-0.0001 in "0.00"
+// is "-0.00"), so an output just below 0 V reads as below it; negative zero has none.
+// A format with other characters or without a zero, and a value that is not finite,
+// give the default text.
 std::string formatNumber(double value, std::string_view format);
 
 } // namespace qz

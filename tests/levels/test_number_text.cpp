@@ -69,12 +69,12 @@ TEST(FormatNumber, RoundsTheExactValueWithTiesAwayFromZero) {
     EXPECT_EQ(formatNumber(-0.9996, "0.000"), "-1.000");
 }
 
-TEST(FormatNumber, ANegativeValueShownAsZeroHasNoMinus) {
-    EXPECT_EQ(formatNumber(-0.0001, "0.00"), "0.00");
-    EXPECT_EQ(formatNumber(-0.004999, "0.00"), "0.00");
+TEST(FormatNumber, EveryNegativeValueKeepsItsMinus) {
+    EXPECT_EQ(formatNumber(-0.0001, "0.00"), "-0.00");
+    EXPECT_EQ(formatNumber(-0.000391, "00.000"), "-00.000") << "just below 0 V";
     EXPECT_EQ(formatNumber(-0.005, "0.00"), "-0.01") << "-0.005 lies just past the tie";
-    EXPECT_EQ(formatNumber(-0.0, "00.000"), "00.000");
-    EXPECT_EQ(formatNumber(-0.4, "0"), "0");
+    EXPECT_EQ(formatNumber(-0.4, "0"), "-0");
+    EXPECT_EQ(formatNumber(-0.0, "00.000"), "00.000") << "negative zero is not negative";
 }
 
 TEST(FormatNumber, OddFormatsAndValuesFallBackToTheDefaultText) {
