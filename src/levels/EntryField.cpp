@@ -38,7 +38,6 @@ FieldCheck checkHexField(const HexField& field, std::string_view text) {
     if (*v > field.upper) return refuse(field.tooLarge);
     if (field.tooSmall && *v < field.lower) return refuse(field.tooSmall);
     const int32_t value = *v < 0 ? *v & field.cutMask : *v;
-    if (value > field.upper) return refuse(field.tooLarge);
     FieldCheck r;
     r.ok = true;
     r.value = value;

@@ -23,8 +23,8 @@ struct FieldCheck {
 // field's upper bound and, for txtCLHx1 alone, its lower bound; then upper-cased and
 // tidied by PadHex4. A negative value (an eight-digit text with its top bit set) passes
 // the bounds as it is, and is then cut to its low 16 bits, which are the four digits the
-// tidied box shows, so that the word sent matches the box; a field narrower than 16 bits
-// refuses a cut value that is past its bound ("FFFFFF80" in txtRampStep). Where the tidy
+// tidied box shows, so that the word sent matches the box, even in a field narrower than
+// 16 bits ("FFFFFF80" in txtRampStep sends 0x3FFF80 and shows "FF80"). Where the tidy
 // would still show other digits than those sent (a longer text with leading zeros, or
 // eight digits in the word box), the text is the code itself, four or six digits.
 FieldCheck checkHexField(const HexField& field, std::string_view text);

@@ -29,7 +29,7 @@ std::optional<int32_t> parseHex(std::string_view text) {
 
 std::optional<int32_t> readDacCode(std::string_view text) {
     const auto v = parseHex(text);
-    if (!v || *v > 0xFFFF) return std::nullopt;
+    if (!v) return std::nullopt;
     return *v < 0 ? *v & 0xFFFF : *v;
 }
 

@@ -5,7 +5,8 @@
 //
 // Every step is in double precision unless its comment says single; span is
 // VREF x 5.125, worked out afresh at each use. The OFFSET, m and c codes are the values
-// of their boxes' texts (see readDacCode), 0 to 0xFFFF.
+// of their boxes' texts (see readDacCode): codes 0 to 0xFFFF, though a box that holds a
+// larger number unconfirmed gives that number, and the arithmetic takes it as it is.
 //
 // A VREF of zero (or one that is not finite) gives no level at all: the routines refuse
 // it with kNotValidNumber and the Reference refusal, and the panel chooses the field to

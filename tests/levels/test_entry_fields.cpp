@@ -59,11 +59,13 @@ TEST(HexField, NegativeEightDigitTextIsCutToTheFourDigitsShown) {
     EXPECT_EQ(c.text, "0123");
     EXPECT_EQ(wordOf(HexFieldId::txtCPHC, "ffff8000", 2), 0x308000);
     EXPECT_EQ(wordOf(HexFieldId::txtRampStep, "FFFF0012"), 0x3F0012);
-    // Past the bound once cut: the box would show a code the field does not take.
-    EXPECT_EQ(enter(HexFieldId::txtRampStep, "FFFFFF80").message,
-              "Number too large. Please reenter code between 0 and x7F.");
-    EXPECT_EQ(enter(HexFieldId::txtCLLx1, "FFFF8000").message,
-              "Number too large. Please reenter code between 0 and 7FFF.");
+    // A negative number is below every upper bound, and no field but txtCLHx1 has a
+    // lower one: it passes even where its cut code lies past the bound.
+    c = enter(HexFieldId::txtRampStep, "FFFFFF80");
+    ASSERT_TRUE(c.ok);
+    EXPECT_EQ(c.text, "FF80");
+    EXPECT_EQ(wordOf(HexFieldId::txtRampStep, "FFFFFF80"), 0x3FFF80);
+    EXPECT_EQ(wordOf(HexFieldId::txtCLLx1, "FFFF8000"), 0x0D8000);
     // Nine digits with a leading zero are still a negative 32-bit number.
     c = enter(HexFieldId::txtFINC, "0F187108C");
     ASSERT_TRUE(c.ok);
@@ -186,7 +188,8 @@ TEST(HexField, FinX1AlsoNeedsACodeInTheOffsetBox) {
     ASSERT_TRUE(c.ok);
     EXPECT_EQ(c.value, 0x89FE);
     EXPECT_EQ(c.text, "89FE");
-    for (const char* offset : {"", "zz", "10000"}) {
+    EXPECT_TRUE(qz::checkFINx1Entry("89FE", "10000").ok) << "a number, though past the register";
+    for (const char* offset : {"", "zz", "1 0"}) {
         c = qz::checkFINx1Entry("89FE", offset);
         EXPECT_FALSE(c.ok) << offset;
         EXPECT_EQ(c.message, qz::kNotValidNumber) << offset;

