@@ -71,6 +71,11 @@ void frmMAINQZ7740::hexEntry(QLineEdit* box, qz::HexFieldId id, int index) {
     }
     const qz::FieldCheck c = qz::checkHexField(field, box->text().toStdString());
     if (!c.ok) return forms::refuseEntry(box, c.message);
+    // The m and c of CLL and CLH write x1 again after them, as its box reads now (its own
+    // bounds are its Enter key's business). A box that holds no number stops both words.
+    QLineEdit* x1 = field.step == qz::FurtherStep::ReloadX1 ? x1BoxOf(field.reload) : nullptr;
+    int32_t x1Code = 0;
+    if (x1 != nullptr && !readCode(x1, x1Code)) return;
     box->setText(qtext(c.text));
     switch (field.step) {
     case qz::FurtherStep::RampWrite: {
@@ -82,12 +87,8 @@ void frmMAINQZ7740::hexEntry(QLineEdit* box, qz::HexFieldId id, int index) {
     }
     case qz::FurtherStep::ReloadX1: {
         DACLOAD(c.value, field.addressWord);
-        // The chip takes a new m or c only with the next write of x1: write it again.
-        QLineEdit* x1 = x1BoxOf(field.reload);
-        const qz::HexField x1Field = qz::hexField(field.reload);
-        const qz::FieldCheck x = qz::checkHexField(x1Field, x1->text().toStdString());
-        if (!x.ok) return forms::refuseEntry(x1, x.message);
-        DACLOAD(x.value, x1Field.addressWord);
+        // The chip takes a new m or c only with the next write of x1.
+        DACLOAD(x1Code, qz::hexField(field.reload).addressWord);
         return;
     }
     case qz::FurtherStep::OutputV:

@@ -6,6 +6,7 @@
 #include "forms/BitRow.h"
 #include "forms/Controls.h"
 #include "forms/TabControl.h"
+#include "levels/EntryField.h"
 #include "registers/BitMirror.h"
 #include "registers/HexText.h"
 
@@ -21,7 +22,7 @@ QString hex(int32_t n, int width) { return QString::fromStdString(qz::NumberToHe
 
 void frmMAINQZ7740::DACLOAD(int32_t lx, int32_t dacadd) {
     int32_t& last = session.general.DAClast;
-    last = dacadd | lx;
+    last = qz::composeDACLOAD(lx, dacadd).word;
     showWord(last);
     session.SPIout(last);
     // The mirror works on DAClast itself and leaves it at 0 until the next load.
@@ -32,12 +33,12 @@ void frmMAINQZ7740::tabDACS_Click(int) {
     switch (tabDACS->currentIndex()) {
     case 0: {
         txtstart->clear();
-        const int32_t r = readRegister(0x880000);
+        const int32_t r = readWord(0x880000);
         txtstart->setText(hex(r - 0x080000, 4));
         break;
     }
     case 1: {
-        const int32_t r = readRegister(0x880000);
+        const int32_t r = readWord(0x880000);
         txtFINx1->setText(hex(r - 0x080000, 4));
         break;
     }
@@ -56,7 +57,7 @@ void frmMAINQZ7740::cmdINTRAMP_Click() {
 }
 
 void frmMAINQZ7740::cmdReadEnableRamp_Click() {
-    const int32_t r = readRegister(0xC10000);
+    const int32_t r = readWord(0xC10000);
     Text1->setText(QStringLiteral("C10000"));
     txtRampStatus->setText(hex(r, 6));
 }
@@ -101,7 +102,7 @@ void frmMAINQZ7740::Combo2_Click() {
 
 void frmMAINQZ7740::cmdREADDAC_Click() {
     cboDAC_Click();
-    int32_t r = readRegister(0x8B0000);
+    int32_t r = readWord(0x8B0000);
     txtOFFSET->setText(hex(r - 0x0B0000, 6));
     r = readRegister(dacRead);
     showWord(dacRead);
@@ -127,8 +128,8 @@ void frmMAINQZ7740::cmdREADCOMPDACs_Click() {
 
 void frmMAINQZ7740::cmdREADRAMPREGS_Click() {
     if (session.general.entryBusy) return;
-    txtRRampEnd->setText(hex(readRegister(0xBE0000) & 0xFFFF, 6));
-    txtRRCLKDiv->setText(hex(readRegister(0xBF0000) & 0xFFFF, 6));
+    txtRRampEnd->setText(hex(readWord(0xBE0000) & 0xFFFF, 6));
+    txtRRCLKDiv->setText(hex(readWord(0xBF0000) & 0xFFFF, 6));
     const int32_t r = readRegister(0xC00000);
     Text1->setText(QStringLiteral("C00000"));
     txtRRampStep->setText(hex(r & 0xFFFF, 6));

@@ -71,6 +71,25 @@ TEST_F(ConsoleDacWrite, ClampMandCReloadTheirX1) {
     EXPECT_EQ(f->txtCLLx1->text(), QStringLiteral("7FFF"));
 }
 
+TEST_F(ConsoleDacWrite, ReloadTakesTheX1TextAsItStands) {
+    f->tabDACS->setCurrentIndex(2);
+    // Typed but not confirmed: the reload writes it as it reads, past the box's own bound
+    // and untidied; the box's bound is its own Enter key's business.
+    f->txtCLLx1->setText(QStringLiteral("9000"));
+    enter(f->txtCLLM, QStringLiteral("1234"));
+    EXPECT_EQ(sent(), (std::vector<int>{0x0E1234, 0x0D9000}));
+    EXPECT_EQ(f->txtCLLx1->text(), QStringLiteral("9000"));
+    f->txtCLHx1->setText(QStringLiteral("ffff0010"));
+    enter(f->txtCLHM, QStringLiteral("2"));
+    EXPECT_EQ(sent(), (std::vector<int>{0x110002, 0x100010}));
+    EXPECT_TRUE(h.boxes.empty());
+    // An x1 box that holds no number stops both words, and is the field refused.
+    f->txtCLHx1->setText(QStringLiteral("x"));
+    enter(f->txtCLHC, QStringLiteral("3"));
+    h.expectRefusal(f->txtCLHx1, "Not a valid number. Please reenter it.");
+    EXPECT_EQ(f->txtCLHC->text(), QStringLiteral("3")) << "the entry stays as typed";
+}
+
 TEST_F(ConsoleDacWrite, HighClampCodeHasALowerBoundToo) {
     f->tabDACS->setCurrentIndex(2);
     h.trace.fresh();
@@ -143,8 +162,16 @@ TEST_F(ConsoleDacWrite, CodesThatAreNotHexAtTheMomentOfUseAreRefusedOnTheirBox) 
     EXPECT_TRUE(f->txtFINC->text().isEmpty());
     EXPECT_TRUE(sent().empty());
     h.boxes.clear();
-    f->OFFSETx1->setText(QStringLiteral("12345"));
+    f->txtFINC->setText(QStringLiteral("8000"));
+    f->OFFSETx1->setText(QStringLiteral("12 45"));
     enter(f->txtFINx1, QStringLiteral("8000"));
     EXPECT_EQ(h.boxes.size(), 1u);
     EXPECT_TRUE(f->txtFINx1->text().isEmpty()) << "an OFFSET that is no code refuses txtFINx1";
+    h.boxes.clear();
+    // A number past the register is still a number: the arithmetic takes it as it is.
+    f->OFFSETx1->setText(QStringLiteral("10000"));
+    enter(f->txtFINx1, QStringLiteral("8000"));
+    EXPECT_TRUE(h.boxes.empty());
+    EXPECT_EQ(f->txtOutputV->text(), QStringLiteral("-12.813"));
+    EXPECT_EQ(sent(), std::vector<int>{0x088000});
 }
