@@ -120,9 +120,13 @@ QWidget* frmMAINQZ7740::buildReadAlarmTab() {
     return p;
 }
 
-int32_t frmMAINQZ7740::readRegister(int32_t command) {
+int32_t frmMAINQZ7740::readWord(int32_t command) {
     session.SPIout(command);
-    const int32_t r = session.usb.ReadSPIWord();
+    return session.usb.ReadSPIWord();
+}
+
+int32_t frmMAINQZ7740::readRegister(int32_t command) {
+    const int32_t r = readWord(command);
     lblREADSPI->setText(text(qz::NumberToHex(r, 6)));
     return r;
 }

@@ -207,8 +207,6 @@ void frmMAINQZ7740::Text1_KeyPress(int keyAscii) {
 }
 
 void frmMAINQZ7740::Text1_LostFocus() {
-    // An empty box has nothing to check: leaving it must not trap the focus in it.
-    if (Text1->text().isEmpty()) return;
     const qz::FieldCheck c = qz::checkWordOnLeave(Text1->text().toStdString());
     if (!c.ok) {
         forms::refuseEntry(Text1, c.message);

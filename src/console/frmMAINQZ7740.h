@@ -246,6 +246,9 @@ private:
     int32_t& shadowOf(const QString& control);
     void setTwin(const QString& control, int item);
     void showWord(int32_t word);
+    // One read of the chip: the command through SPIout, then the reply. readRegister also
+    // shows the reply in lblREADSPI; the DAC page's side reads leave that box alone.
+    int32_t readWord(int32_t command);
     int32_t readRegister(int32_t command);
     void alarmRead(int32_t command);
 };

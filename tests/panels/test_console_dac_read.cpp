@@ -93,6 +93,7 @@ TEST_F(ConsoleDacRead, RampRegistersAndStatus) {
     EXPECT_EQ(sent(), std::vector<int>{0xC10000});
     EXPECT_EQ(f->txtRampStatus->text(), QStringLiteral("41FFFF"));
     EXPECT_EQ(f->Text1->text(), QStringLiteral("C10000"));
+    EXPECT_EQ(f->lblREADSPI->text(), QStringLiteral("40007F")) << "the status has a box of its own";
 
     h.session->general.entryBusy = true;
     QTest::mouseClick(f->cmdENRAMP, Qt::LeftButton);
@@ -131,4 +132,5 @@ TEST(ConsoleDacTabs, ChangingTheDacTabReadsTheFinCodeBack) {
     f->tabDACS->setCurrentIndex(0);
     EXPECT_EQ(qztest::wordsSent(h.trace.fresh()), std::vector<int>{0x880000});
     EXPECT_EQ(f->txtstart->text(), QStringLiteral("8000"));
+    EXPECT_TRUE(f->lblREADSPI->text().isEmpty()) << "these reads fill their field alone";
 }
