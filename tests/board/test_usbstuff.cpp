@@ -34,13 +34,14 @@ protected:
 } // namespace
 
 TEST_F(USBStuffTest, GoodStartShowsNoMessageAndRunsTheStepsInOrder) {
+    lib.boards = 2;
     usb.LoadUSB();
     EXPECT_TRUE(boxes.empty());
     EXPECT_FALSE(usb.noBoard);
     ASSERT_EQ(lib.calls.size(), 4u);
     EXPECT_EQ(lib.calls[0].op, "SEARCH");
     EXPECT_EQ(lib.calls[1].op, "CONNECT");
-    EXPECT_EQ(lib.calls[1].value, 7) << "the first board found is taken";
+    EXPECT_EQ(lib.calls[1].value, 7) << "the first of the two boards found is taken";
     EXPECT_EQ(lib.calls[2].op, "FIRMWARE");
     EXPECT_EQ(lib.calls[2].path, "/opt/qz/QZ7740SPI.hex");
     EXPECT_EQ(lib.calls[3].op, "VR");
@@ -86,6 +87,19 @@ TEST_F(USBStuffTest, FailingStepsShowTheirTextsAndTheStartGoesOn) {
     EXPECT_EQ(boxes[0].icon, qz::MsgIcon::None);
     EXPECT_EQ(boxes[1].text, "3003 - FIRMWARE FILE CORRUPTED");
     EXPECT_EQ(err.str(), "qz7740: firmware /opt/qz/QZ7740SPI.hex: 3003 - FIRMWARE FILE CORRUPTED\n");
+}
+
+TEST_F(USBStuffTest, EveryStepShowsItsOwnStatus) {
+    // A board found with a status all the same, and a service start that fails: the
+    // search's status and the last request's status each get their box, in order.
+    lib.searchStatus = 1003;
+    lib.requestStatus = 3010;
+    usb.LoadUSB();
+    ASSERT_EQ(boxes.size(), 2u);
+    EXPECT_EQ(boxes[0].text, "1003 - GET_STRING_DESC_FAILED");
+    EXPECT_EQ(boxes[1].text, "3010 - NO FIRMWARE PRESENT");
+    EXPECT_FALSE(usb.noBoard);
+    EXPECT_TRUE(err.str().empty()) << "only a firmware file that fails names its path";
 }
 
 TEST_F(USBStuffTest, EveryStatusCodeHasItsText) {

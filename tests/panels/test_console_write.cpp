@@ -9,6 +9,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -60,6 +61,14 @@ TEST_F(ConsoleWrite, GainListsSetTheCurrentGainAndShowTheWarning) {
     ASSERT_NE(warning, nullptr);
     EXPECT_TRUE(warning->isVisible());
     EXPECT_EQ(g.SYSreg, 0x010200) << "the panel goes on without waiting for the warning";
+    EXPECT_EQ(warning->windowTitle(), QStringLiteral("QZ7740 MEASOUT GAIN [virtual board]"));
+    EXPECT_FALSE(warning->isModal());
+    EXPECT_EQ(warning->findChild<QLabel*>(QStringLiteral("lblLine1"))->text(),
+              QStringLiteral("YOU HAVE SELECTED TO CHANGE THE MEASOUT GAIN FROM 0.2 TO 1,"));
+    EXPECT_EQ(warning->findChild<QLabel*>(QStringLiteral("lblLine2"))->text(),
+              QStringLiteral("IF LINK 4 IS INSERTED, PLEASE REMOVE IT NOW"));
+    EXPECT_TRUE(warning->findChild<QPushButton*>(QStringLiteral("cmdOK"))->isDefault());
+    EXPECT_EQ(warning->findChild<QPushButton*>(QStringLiteral("cmdSysInfo"))->text(), QStringLiteral("Cancel"));
     QTest::mouseClick(warning->findChild<QPushButton*>(QStringLiteral("cmdSysInfo")), Qt::LeftButton);
     EXPECT_EQ(g.SYSreg, 0x012200) << "Cancel puts the gain of 0.2 back in the shadow";
     EXPECT_EQ(f->Text1->text(), QStringLiteral("012200"));
