@@ -69,7 +69,9 @@ void USBStuff::LoadUSB() {
     } else {
         usbStatus = static_cast<int16_t>(library_.Download_Firmware(hBoard, firmwareBytes.data()));
     }
-    if (usbStatus == status::FirmwareNotFound || usbStatus == status::FirmwareCorrupted)
+    // A file that could not be loaded names the path tried, for the bench log.
+    if (usbStatus == status::FirmwareNotFound || usbStatus == status::FirmwareCorrupted ||
+        usbStatus == status::FirmwareDownloadFailed)
         *diagnostics << "qz7740: firmware " << firmwarePath << ": " << status::text(usbStatus)
                      << '\n';
     ShowUSBStatus(usbStatus);

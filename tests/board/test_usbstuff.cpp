@@ -100,6 +100,9 @@ TEST_F(USBStuffTest, EveryStepShowsItsOwnStatus) {
     EXPECT_EQ(boxes[1].text, "3010 - NO FIRMWARE PRESENT");
     EXPECT_FALSE(usb.noBoard);
     EXPECT_TRUE(err.str().empty()) << "only a firmware file that fails names its path";
+    lib.firmwareStatus = 3004;
+    usb.LoadUSB();
+    EXPECT_EQ(err.str(), "qz7740: firmware /opt/qz/QZ7740SPI.hex: 3004 - FIRMWARE DL FAILED\n");
 }
 
 TEST_F(USBStuffTest, EveryStatusCodeHasItsText) {
