@@ -2,6 +2,9 @@
 
 #include <libusb.h>
 
+#include <chrono>
+#include <thread>
+
 namespace qz {
 
 namespace {
@@ -67,6 +70,10 @@ int LibusbPort::control(uint8_t requestType, uint8_t request, uint16_t value, ui
     if (!dev_) return PortNoDevice;
     return libusb_control_transfer(dev_, requestType, request, value, index, data, length,
                                    timeoutMs);
+}
+
+void LibusbPort::pause(unsigned ms) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(ms));
 }
 
 void LibusbPort::close() {

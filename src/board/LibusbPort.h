@@ -20,6 +20,7 @@ public:
     int open(uint16_t vendor, uint16_t product, uint8_t path) override;
     int control(uint8_t requestType, uint8_t request, uint16_t value, uint16_t index,
                 uint8_t* data, uint16_t length, unsigned timeoutMs) override;
+    void pause(unsigned ms) override;
 
 private:
     void close();

@@ -44,6 +44,9 @@ int32_t UsbBridge::Connect(int32_t vendor, int32_t product, uint8_t path, int32_
         return status::ConnectionError;
     connected_ = true;
     lost_ = false;
+    mayReattach_ = false;
+    vendor_ = static_cast<uint16_t>(vendor);
+    product_ = static_cast<uint16_t>(product);
     timeoutsInRow_ = 0;
     handle = kHandle;
     return status::OK;
@@ -76,7 +79,17 @@ int32_t UsbBridge::Download_Firmware(int32_t handle, const uint8_t* path) {
     uint8_t run = 0;
     if (port_->control(kVendorOut, kFirmwareLoad, kCpuControl, 0, &run, 1, kTimeoutMs) != 1)
         return status::FirmwareDownloadFailed;
+    mayReattach_ = true;
     return status::OK;
+}
+
+bool UsbBridge::reattach() {
+    for (int i = 0; i < kReattachPolls; ++i) {
+        const std::vector<uint8_t> found = port_->list(vendor_, product_);
+        if (!found.empty() && port_->open(vendor_, product_, found.front()) == 0) return true;
+        port_->pause(kReattachPollMs);
+    }
+    return false;
 }
 
 int32_t UsbBridge::Vendor_Request(int32_t handle, int32_t request, int32_t value, int32_t index,
@@ -85,10 +98,18 @@ int32_t UsbBridge::Vendor_Request(int32_t handle, int32_t request, int32_t value
     if (direction != 0 && direction != 1) return status::UnexpectedEndpointError;
     if (length < 0 || length > 0xFFFF || (length > 0 && !buffer))
         return status::TransferIncomplete;
-    const int result = port_->control(
-        direction == 0 ? kVendorOut : kVendorIn, static_cast<uint8_t>(request),
-        static_cast<uint16_t>(value), static_cast<uint16_t>(index), length > 0 ? buffer : nullptr,
-        static_cast<uint16_t>(length), kTimeoutMs);
+    const auto transfer = [&] {
+        return port_->control(direction == 0 ? kVendorOut : kVendorIn,
+                              static_cast<uint8_t>(request), static_cast<uint16_t>(value),
+                              static_cast<uint16_t>(index), length > 0 ? buffer : nullptr,
+                              static_cast<uint16_t>(length), kTimeoutMs);
+    };
+    int result = transfer();
+    if (mayReattach_) {
+        mayReattach_ = false;
+        // The device left to come back with its new firmware: find it again, once.
+        if (result == PortNoDevice && reattach()) result = transfer();
+    }
     return transferStatus(result, length);
 }
 

@@ -28,15 +28,24 @@ public:
     static constexpr size_t kFirmwareChunk = 4096;
     // Longest firmware path the library takes, without its terminating NUL.
     static constexpr size_t kMaxPath = 512;
+    // How long a controller that has just been given its firmware may take to come back
+    // on the bus as a new device: polls of kReattachPollMs.
+    static constexpr int kReattachPolls = 30;
+    static constexpr unsigned kReattachPollMs = 100;
 
 private:
     int32_t transferStatus(int result, int expected);
+    bool reattach();
 
     std::unique_ptr<UsbPort> port_;
     bool initialised_ = false;
     bool usable_ = false;
     bool connected_ = false;
     bool lost_ = false;
+    // Set by a download, cleared by the first transfer after it: the new firmware may
+    // drop the device off the bus and bring it back under a new address.
+    bool mayReattach_ = false;
+    uint16_t vendor_ = 0, product_ = 0;
     int timeoutsInRow_ = 0;
     static constexpr int32_t kHandle = 1;
 };

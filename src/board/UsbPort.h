@@ -33,6 +33,8 @@ public:
     // One control transfer on the open device: the number of bytes moved, or a PortError.
     virtual int control(uint8_t requestType, uint8_t request, uint16_t value, uint16_t index,
                         uint8_t* data, uint16_t length, unsigned timeoutMs) = 0;
+    // Waits this long while a device comes back on the bus.
+    virtual void pause(unsigned ms) = 0;
 };
 
 } // namespace qz

@@ -24,6 +24,11 @@ public:
     bool works = true;
     std::vector<uint8_t> devices{9};
     int openResult = 0;
+    std::vector<uint8_t> opened;  // path bytes of every open
+    int pauses = 0;
+    // After this many pauses the device list becomes `back` (a device that came back).
+    int pausesUntilBack = -1;
+    std::vector<uint8_t> back;
     std::deque<int> results;  // results of the next transfers; empty: complete transfers
     std::vector<Transfer>* log;
 
@@ -33,7 +38,14 @@ public:
         if (vendor != 0x0456 || product != 0xB21F) return {};
         return devices;
     }
-    int open(uint16_t, uint16_t, uint8_t) override { return openResult; }
+    int open(uint16_t, uint16_t, uint8_t path) override {
+        opened.push_back(path);
+        return openResult;
+    }
+    void pause(unsigned ms) override {
+        EXPECT_EQ(ms, qz::UsbBridge::kReattachPollMs);
+        if (++pauses == pausesUntilBack) devices = back;
+    }
     int control(uint8_t type, uint8_t request, uint16_t value, uint16_t index, uint8_t* data,
                 uint16_t length, unsigned timeout) override {
         log->push_back({type, request, value, index, length, timeout,
@@ -222,6 +234,38 @@ TEST_F(UsbBridgeTest, FirmwareIsWrittenWithTheCpuHeldInReset) {
     EXPECT_EQ(log[4].value, 0xE600);
     EXPECT_EQ(log[4].data, std::vector<uint8_t>{0});
     for (const Transfer& t : log) EXPECT_EQ(t.type, 0x40);
+}
+
+TEST_F(UsbBridgeTest, ADeviceThatComesBackWithItsFirmwareIsFoundAgain) {
+    connect();
+    ASSERT_EQ(download(writeFile(":0100000055AA\n:00000001FF\n")), 0);
+    // The controller drops off the bus and comes back under address 12 after two polls.
+    port->devices = {};
+    port->back = {12};
+    port->pausesUntilBack = 2;
+    port->results = {qz::PortNoDevice};
+    log.clear();
+    EXPECT_EQ(request(224), 0);
+    EXPECT_EQ(port->pauses, 2);
+    EXPECT_EQ(port->opened.back(), 12);
+    ASSERT_EQ(log.size(), 2u) << "the request is made again on the device found";
+    EXPECT_EQ(log[1].request, 224);
+    EXPECT_EQ(bridge->linkState(), qz::LinkState::Connected);
+    // Only the first request after a download looks for it: a later unplug is a loss.
+    port->results = {qz::PortNoDevice};
+    EXPECT_EQ(request(221), qz::status::NoDeviceConnected);
+    EXPECT_EQ(bridge->linkState(), qz::LinkState::Lost);
+    EXPECT_EQ(port->pauses, 2);
+}
+
+TEST_F(UsbBridgeTest, ADeviceThatDoesNotComeBackIsLostAfterTheWait) {
+    connect();
+    ASSERT_EQ(download(writeFile(":0100000055AA\n:00000001FF\n")), 0);
+    port->devices = {};
+    port->results = {qz::PortNoDevice};
+    EXPECT_EQ(request(224), qz::status::NoDeviceConnected);
+    EXPECT_EQ(port->pauses, qz::UsbBridge::kReattachPolls);
+    EXPECT_EQ(bridge->linkState(), qz::LinkState::Lost);
 }
 
 TEST_F(UsbBridgeTest, FirmwareFailuresHaveTheirCodes) {
