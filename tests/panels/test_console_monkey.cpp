@@ -1,0 +1,109 @@
+// The console under a long run of random operator actions: every box gets random text
+// and Enter or loses the focus, every list a random pick, every button and option a
+// click, the tabs change. Nothing may crash or hang, every word on the wire is a 24-bit
+// word in a well-formed trace line, and every message is an entry refusal.
+
+#include "console/frmMAINQZ7740.h"
+#include "forms/TabControl.h"
+#include "support/ConsoleFixture.h"
+#include "support/Harness.h"
+
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+
+#include <random>
+#include <regex>
+
+using qztest::ConsoleFixture;
+
+namespace {
+
+std::string randomText(std::mt19937& rng) {
+    static const std::vector<std::string> typical = {
+        "", "0", "8000", "7FFF", "FFFF", "10000", "ffff8000", "FFFFFF80", "1234", "zz", "&h12",
+        "-1", "1e3", " 12", "812345", "1000000", "80000000", "0000000012", "7f", "ff", "100"};
+    static const std::string alphabet = "0123456789abcdefABCDEF xyz.-+&hHe";
+    if (rng() % 3 != 0) return typical[rng() % typical.size()];
+    std::string s;
+    const size_t n = rng() % 12;
+    for (size_t i = 0; i < n; ++i) s += alphabet[rng() % alphabet.size()];
+    return s;
+}
+
+class ConsoleMonkey : public ConsoleFixture {};
+
+} // namespace
+
+TEST_F(ConsoleMonkey, RandomOperatorActionsKeepTheWireAndTheMessagesInOrder) {
+    std::mt19937 rng(7740);
+    QList<QLineEdit*> boxes;
+    for (QLineEdit* e : f->findChildren<QLineEdit*>())
+        if (!e->isReadOnly() && e->objectName().size() > 0 && e->isEnabled()) boxes << e;
+    QList<QComboBox*> lists = f->findChildren<QComboBox*>();
+    QList<QAbstractButton*> buttons;
+    // The program's own buttons; Qt's inner ones (a menu bar's) open menus of their own.
+    for (QAbstractButton* b : f->findChildren<QAbstractButton*>())
+        if (b->objectName() != QStringLiteral("cmdEXIT") && !b->objectName().isEmpty() &&
+            !b->objectName().startsWith(QStringLiteral("qt_")))
+            buttons << b;
+    ASSERT_GT(boxes.size(), 40);
+    ASSERT_GT(lists.size(), 10);
+    ASSERT_GT(buttons.size(), 20);
+
+    int refusals = 0;
+    for (int step = 0; step < 3000; ++step) {
+        switch (rng() % 6) {
+        case 0:
+        case 1: {
+            QLineEdit* box = boxes[static_cast<int>(rng() % boxes.size())];
+            box->setFocus();
+            box->setText(QString::fromStdString(randomText(rng)));
+            if (rng() % 4 == 0)
+                f->QZ7740->setFocus(Qt::TabFocusReason);  // leaves the box
+            else
+                QTest::keyClick(box, Qt::Key_Return);
+            break;
+        }
+        case 2: {
+            QComboBox* list = lists[static_cast<int>(rng() % lists.size())];
+            if (list->count() > 0) qztest::pick(list, static_cast<int>(rng() % list->count()));
+            break;
+        }
+        case 3:
+            buttons[static_cast<int>(rng() % buttons.size())]->click();
+            break;
+        case 4:
+            f->QZ7740->setCurrentIndex(static_cast<int>(rng() % 10));
+            break;
+        default:
+            f->tabDACS->setCurrentIndex(static_cast<int>(rng() % 4));
+            break;
+        }
+        for (const qztest::Box& b : h.boxes) {
+            ASSERT_EQ(b.title, "Entry Error") << "step " << step << ": " << b.text;
+            ASSERT_EQ(b.icon, qz::MsgIcon::Exclamation);
+            ASSERT_TRUE(b.text.rfind("Not a valid number", 0) == 0 ||
+                        b.text.rfind("Number too large", 0) == 0 ||
+                        b.text.rfind("Number too small", 0) == 0)
+                << b.text;
+            ++refusals;
+        }
+        h.boxes.clear();
+        QApplication::processEvents();
+    }
+    EXPECT_GT(refusals, 100) << "the run should meet many refusals";
+    EXPECT_EQ(h.ends, 0);
+
+    const std::regex line(
+        R"(VR \d+ [0-9A-F]{4} [0-9A-F]{4} (OUT|IN) \d+ -> \d+( : [0-9A-F]{2}( [0-9A-F]{2})*)?)");
+    const std::vector<std::string> lines = h.trace.fresh();
+    ASSERT_GT(lines.size(), 1000u);
+    for (const std::string& l : lines) ASSERT_TRUE(std::regex_match(l, line)) << l;
+    for (int w : qztest::wordsSent(lines)) ASSERT_TRUE(w >= 0 && w <= 0xFFFFFF) << w;
+    for (int address = 0; address < 0x80; ++address)
+        ASSERT_LE(h.board->reg(address), 0xFFFF) << "register " << address;
+}
