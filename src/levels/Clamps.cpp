@@ -53,12 +53,15 @@ ClampResult computeClamp(ClampSide side, std::string_view entry, int IRangeIndex
     const CurrentRange& range = kCurrentRanges[static_cast<size_t>(IRangeIndex)];
     float R = range.rsense;
     if (const DecimalField* box = rsenseField(range.rsenseBox)) {
+        // The box is checked against its bounds only on its own Enter key, so it may hold
+        // anything here. Any positive resistance is taken as it stands; a box without one
+        // (no number, zero, negative) stops the clamp and is named by its own text.
         const bool ext1 = range.rsenseBox == RsenseBox::EXT1;
-        const DecimalCheck rc = checkDecimalField(*box, ext1 ? txtEXT1rsense : txtEXT2Rsense);
-        if (!rc.ok)
+        const auto boxR = parseSingle(ext1 ? txtEXT1rsense : txtEXT2Rsense);
+        if (!boxR || !(*boxR > 0.0f) || !std::isfinite(*boxR))
             return refuse(box->outside,
                           ext1 ? ClampBlame::txtEXT1rsense : ClampBlame::txtEXT2Rsense);
-        R = rc.value;
+        R = *boxR;
     }
     if (!referenceUsable(VREF) || !std::isfinite(imeasGain))
         return refuse(kNotValidNumber, ClampBlame::Reference);

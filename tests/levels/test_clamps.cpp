@@ -153,7 +153,7 @@ TEST(Clamp, ExternalRangesTakeAmperesAndTheResistorBox) {
 }
 
 TEST(Clamp, ResistorBoxWithoutAUsableNumberIsBlamed) {
-    for (const char* bad : {"abc", "", "0", "-1", "0.39", "256001"}) {
+    for (const char* bad : {"abc", "", "0", "-0", "-1", "1e39"}) {
         ClampResult r = clamp(ClampSide::High, "0.1", 6, 5.0f, 20.0f, bad, "1");
         EXPECT_FALSE(r.ok) << bad;
         EXPECT_EQ(r.message, kExt1Out) << bad;
@@ -165,6 +165,17 @@ TEST(Clamp, ResistorBoxWithoutAUsableNumberIsBlamed) {
     EXPECT_TRUE(clamp(ClampSide::High, "0.1", 6, 5.0f, 20.0f, "0.4", "junk").ok)
         << "the other range's box is not read";
     EXPECT_TRUE(clamp(ClampSide::High, "0.000002", 6, 5.0f, 20.0f, "256000").ok);
+    // Outside the box's own bounds but a resistance: its Enter key was never pressed, so
+    // the clamp takes it as it stands. 0.2 ohm makes the limit 3.2 A; 1 A is 8 V times 20
+    // over half the resistor of the 0.4 ohm case, so half as far from mid-scale.
+    ClampResult r = clamp(ClampSide::High, "1", 6, 5.0f, 20.0f, "0.2");
+    ASSERT_TRUE(r.ok) << r.message;
+    EXPECT_EQ(r.R, 0.2f);
+    EXPECT_EQ(r.L, 3.2f);
+    EXPECT_EQ(r.code, 32768 + (53228 - 32768) / 2);
+    r = clamp(ClampSide::High, "0.000001", 5, 5.0f, 20.0f, "0.4", "300000");
+    ASSERT_TRUE(r.ok) << r.message;
+    EXPECT_EQ(r.R, 300000.0f);
     EXPECT_TRUE(clamp(ClampSide::High, "1", 3, 5.0f, 20.0f, "junk", "junk").ok)
         << "a fixed range reads neither box";
 }
