@@ -76,6 +76,10 @@ void frmMAINQZ7740::hexEntry(QLineEdit* box, qz::HexFieldId id, int index) {
     QLineEdit* x1 = field.step == qz::FurtherStep::ReloadX1 ? x1BoxOf(field.reload) : nullptr;
     int32_t x1Code = 0;
     if (x1 != nullptr && !readCode(x1, x1Code)) return;
+    // The output an OFFSET gives is worked out before its word leaves, so that FIN codes
+    // that hold no number stop the entry with nothing sent.
+    std::optional<QString> shownOutput;
+    if (field.step == qz::FurtherStep::OutputV && !(shownOutput = outputVText())) return;
     box->setText(qtext(c.text));
     switch (field.step) {
     case qz::FurtherStep::RampWrite: {
@@ -93,7 +97,7 @@ void frmMAINQZ7740::hexEntry(QLineEdit* box, qz::HexFieldId id, int index) {
     }
     case qz::FurtherStep::OutputV:
         DACLOAD(c.value, field.addressWord);
-        outputV();
+        txtOutputV->setText(*shownOutput);
         return;
     default:
         DACLOAD(c.value, field.addressWord);
@@ -111,18 +115,23 @@ bool frmMAINQZ7740::readCode(QLineEdit* box, int32_t& code) {
     return true;
 }
 
-bool frmMAINQZ7740::outputV() {
+std::optional<QString> frmMAINQZ7740::outputVText() {
     int32_t x1 = 0, offset = 0, m = 0, c = 0;
     if (!readCode(txtFINx1, x1) || !readCode(OFFSETx1, offset) || !readCode(txtFINM, m) ||
         !readCode(txtFINC, c))
-        return false;
+        return std::nullopt;
     const qz::OutputVResult r = qz::outputV(session.general.VREF, offset, m, c, x1);
     if (!r.ok) {
         forms::refuseEntry(txtVREF, r.message);
-        return false;
+        return std::nullopt;
     }
-    txtOutputV->setText(qtext(r.txtOutputV));
-    return true;
+    return qtext(r.txtOutputV);
+}
+
+bool frmMAINQZ7740::outputV() {
+    const std::optional<QString> text = outputVText();
+    if (text) txtOutputV->setText(*text);
+    return text.has_value();
 }
 
 void frmMAINQZ7740::optRef_Click(int index) {

@@ -6,6 +6,7 @@
 #include "levels/FieldTable.h"
 
 #include <array>
+#include <optional>
 
 class QCheckBox;
 class QComboBox;
@@ -190,6 +191,7 @@ public:
     // Shows the output of the FIN codes in txtOutputV; false when a code or VREF is
     // refused (the refusal shown on its box).
     bool outputV();
+    std::optional<QString> outputVText(); // refuses on the box that holds no code
     void optRef_Click(int index);
     void tabDACS_Click(int previousTab);
     void cmdENRAMP_Click();

@@ -174,4 +174,24 @@ TEST_F(ConsoleDacWrite, CodesThatAreNotHexAtTheMomentOfUseAreRefusedOnTheirBox) 
     EXPECT_TRUE(h.boxes.empty());
     EXPECT_EQ(f->txtOutputV->text(), QStringLiteral("-12.813"));
     EXPECT_EQ(sent(), std::vector<int>{0x088000});
+
+    // An OFFSET entry shows the output it gives; a FIN m that holds no code stops it
+    // before its word leaves, and the OFFSET box keeps what was typed.
+    h.trace.fresh();
+    f->txtFINM->setText(QStringLiteral("m?"));
+    enter(f->OFFSETx1, QStringLiteral("4000"));
+    ASSERT_EQ(h.boxes.size(), 1u);
+    EXPECT_EQ(h.boxes[0].title, "Entry Error");
+    EXPECT_EQ(h.boxes[0].text, kInvalid);
+    EXPECT_TRUE(f->txtFINM->text().isEmpty());
+    EXPECT_EQ(f->OFFSETx1->text(), QStringLiteral("4000"));
+    EXPECT_TRUE(sent().empty());
+    EXPECT_EQ(h.board->reg(0x0B), 0x8000);
+    h.boxes.clear();
+    f->txtFINM->setText(QStringLiteral("FFFF"));
+    enter(f->OFFSETx1, QStringLiteral("4000"));
+    EXPECT_TRUE(h.boxes.empty());
+    EXPECT_EQ(f->OFFSETx1->text(), QStringLiteral("4000"));
+    EXPECT_EQ(sent(), std::vector<int>{0x0B4000});
+    EXPECT_EQ(f->txtOutputV->text(), QStringLiteral("06.406"));
 }
