@@ -116,16 +116,19 @@ bool frmMAINQZ7740::readCode(QLineEdit* box, int32_t& code) {
 }
 
 std::optional<QString> frmMAINQZ7740::outputVText() {
-    int32_t x1 = 0, offset = 0, m = 0, c = 0;
-    if (!readCode(txtFINx1, x1) || !readCode(OFFSETx1, offset) || !readCode(txtFINM, m) ||
-        !readCode(txtFINC, c))
+    int32_t offset = 0, m = 0, c = 0;
+    if (!readCode(OFFSETx1, offset) || !readCode(txtFINM, m) || !readCode(txtFINC, c))
         return std::nullopt;
-    const qz::OutputVResult r = qz::outputV(session.general.VREF, offset, m, c, x1);
+    // txtFINx1 checks its own text on its Enter key. Here it may be empty (after a refusal,
+    // or a read-back without a board): there is then no FIN code whose output could be
+    // shown, and the output box says nothing rather than stopping an OFFSET or a reference.
+    const std::optional<int32_t> x1 = qz::readDacCode(txtFINx1->text().toStdString());
+    const qz::OutputVResult r = qz::outputV(session.general.VREF, offset, m, c, x1.value_or(0));
     if (!r.ok) {
         forms::refuseEntry(txtVREF, r.message);
         return std::nullopt;
     }
-    return qtext(r.txtOutputV);
+    return x1 ? qtext(r.txtOutputV) : QString();
 }
 
 bool frmMAINQZ7740::outputV() {

@@ -194,4 +194,21 @@ TEST_F(ConsoleDacWrite, CodesThatAreNotHexAtTheMomentOfUseAreRefusedOnTheirBox) 
     EXPECT_EQ(f->OFFSETx1->text(), QStringLiteral("4000"));
     EXPECT_EQ(sent(), std::vector<int>{0x0B4000});
     EXPECT_EQ(f->txtOutputV->text(), QStringLiteral("06.406"));
+
+    // An empty FIN x1 box (its last entry refused) has no output to show: the OFFSET word
+    // still goes, the reference still changes, and the output box says nothing.
+    enter(f->txtFINx1, QStringLiteral("10000"));
+    ASSERT_EQ(h.boxes.size(), 1u);
+    ASSERT_TRUE(f->txtFINx1->text().isEmpty());
+    h.boxes.clear();
+    h.trace.fresh();
+    enter(f->OFFSETx1, QStringLiteral("2000"));
+    EXPECT_TRUE(h.boxes.empty());
+    EXPECT_EQ(sent(), std::vector<int>{0x0B2000});
+    EXPECT_TRUE(f->txtOutputV->text().isEmpty());
+    f->txtOutputV->setText(QStringLiteral("stale"));
+    clickBox(f->optRef[1]);
+    EXPECT_TRUE(h.boxes.empty());
+    EXPECT_EQ(g.VREF, 2.5f);
+    EXPECT_TRUE(f->txtOutputV->text().isEmpty());
 }
