@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QKeyEvent>
 #include <QAbstractItemView>
 #include <QEvent>
 
@@ -34,7 +35,11 @@ public:
         case QEvent::Wheel: return true;
         case QEvent::KeyPress:
         case QEvent::KeyRelease:
-        case QEvent::ShortcutOverride: return keys_;
+        case QEvent::ShortcutOverride: {
+            // Tab and Shift+Tab still move the focus on: the list must not trap it.
+            const int key = static_cast<QKeyEvent*>(e)->key();
+            return keys_ && key != Qt::Key_Tab && key != Qt::Key_Backtab;
+        }
         default: return false;
         }
     }

@@ -4,6 +4,7 @@
 #include "registers/BitLabels.h"
 #include "support/QtPrint.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
@@ -86,6 +87,24 @@ TEST(FormsControls, SwallowingListsIgnoreKeysAndWheel) {
     QTest::keyClick(&list, Qt::Key_End);
     EXPECT_EQ(list.currentIndex(), 0);
     EXPECT_EQ(runs, 0);
+
+    // The focus still leaves the list both ways.
+    QWidget window;
+    auto* before = new QLineEdit(&window);
+    auto* trapped = new QComboBox(&window);
+    auto* after = new QLineEdit(&window);
+    trapped->addItems({"a", "b"});
+    forms::swallowKeys(trapped);
+    window.show();
+    QApplication::setActiveWindow(&window);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    trapped->setFocus();
+    QTest::keyClick(trapped, Qt::Key_Tab);
+    EXPECT_TRUE(after->hasFocus());
+    trapped->setFocus();
+    QTest::keyClick(trapped, Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_TRUE(before->hasFocus());
+    EXPECT_EQ(trapped->currentIndex(), 0);
 
     QComboBox other;
     other.addItems({"a", "b"});
