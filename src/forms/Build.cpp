@@ -5,6 +5,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QEvent>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -12,6 +13,25 @@
 #include <QRadioButton>
 
 namespace forms {
+
+namespace {
+
+// Opens a list from a press on its text box.
+class PopupOnPress : public QObject {
+public:
+    explicit PopupOnPress(QComboBox* list) : QObject(list), list_(list) {}
+    bool eventFilter(QObject*, QEvent* e) override {
+        if (e->type() != QEvent::MouseButtonPress && e->type() != QEvent::MouseButtonDblClick)
+            return false;
+        if (list_->isEnabled()) list_->showPopup();
+        return true;
+    }
+
+private:
+    QComboBox* list_;
+};
+
+} // namespace
 
 QPushButton* makeButton(const QString& name, const QString& caption, QWidget* parent) {
     auto* b = new QPushButton(caption, parent);
@@ -38,13 +58,19 @@ QComboBox* makeList(const QString& name, std::initializer_list<const char*> item
     auto* c = new QComboBox(parent);
     c->setObjectName(name);
     for (const char* item : items) c->addItem(QString::fromUtf8(item));
-    c->setPlaceholderText(startText);
-    // The start text reads as the list's own text, not as a greyed hint.
-    QPalette pal = c->palette();
-    pal.setColor(QPalette::PlaceholderText, pal.color(QPalette::Text));
-    c->setPalette(pal);
+    // The list's text box holds a text of its own until an item is chosen ("2.5mA" before
+    // any of the range items is picked): that text is the list's current text. Nobody
+    // types into it; a press on it opens the list as a press on the arrow does.
+    c->setEditable(true);
+    c->setInsertPolicy(QComboBox::NoInsert);
+    c->setCompleter(nullptr);
+    c->lineEdit()->setReadOnly(true);
+    c->lineEdit()->installEventFilter(new PopupOnPress(c));
     c->setCurrentIndex(-1);
+    c->setEditText(startText);
     c->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    // Wide enough for the start text as well as for the items.
+    c->setMinimumContentsLength(static_cast<int>(startText.size()));
     ignoreWheel(c);
     return c;
 }

@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QAbstractItemView>
 #include <QEvent>
 
@@ -84,6 +85,7 @@ void swallowKeys(QComboBox* list) {
     auto* filter = new InputFilter(list, true);
     list->installEventFilter(filter);
     list->view()->installEventFilter(filter);
+    if (list->lineEdit() != nullptr) list->lineEdit()->installEventFilter(filter);
 }
 
 void ignoreWheel(QComboBox* list) { list->installEventFilter(new InputFilter(list, false)); }

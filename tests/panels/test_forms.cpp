@@ -1,4 +1,5 @@
 #include "forms/BitRow.h"
+#include "forms/Build.h"
 #include "forms/Controls.h"
 #include "forms/TabControl.h"
 #include "registers/BitLabels.h"
@@ -111,6 +112,45 @@ TEST(FormsControls, SwallowingListsIgnoreKeysAndWheel) {
     other.setCurrentIndex(0);
     QTest::keyClick(&other, Qt::Key_Down);
     EXPECT_EQ(other.currentIndex(), 1) << "an ordinary list still takes keys";
+}
+
+TEST(FormsControls, ListsShowTheirStartTextAndTakeNoTyping) {
+    QWidget window;
+    auto* quiet = forms::makeList(QStringLiteral("quiet"), {"one", "two"},
+                                  QStringLiteral("start text"), &window);
+    auto* keyed = forms::makeList(QStringLiteral("keyed"), {"one", "two"},
+                                  QStringLiteral("other start"), &window);
+    auto* after = new QLineEdit(&window);
+    forms::swallowKeys(quiet);
+    int keyedRuns = 0;
+    forms::onClick(keyed, [&] { ++keyedRuns; });
+    EXPECT_EQ(quiet->currentText(), QStringLiteral("start text"));
+    EXPECT_EQ(quiet->currentIndex(), -1);
+    window.show();
+    QApplication::setActiveWindow(&window);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+
+    quiet->setFocus();
+    QTest::keyClicks(quiet->lineEdit(), QStringLiteral("xyz"));
+    QTest::keyClick(quiet->lineEdit(), Qt::Key_Down);
+    EXPECT_EQ(quiet->currentText(), QStringLiteral("start text"));
+    EXPECT_EQ(quiet->currentIndex(), -1);
+    QTest::keyClick(quiet->lineEdit(), Qt::Key_Tab);
+    EXPECT_FALSE(quiet->hasFocus());
+
+    // A list that takes keys steps through its items and reports each step, but its text
+    // box still takes no typing.
+    keyed->setFocus();
+    QTest::keyClicks(keyed->lineEdit(), QStringLiteral("xyz"));
+    EXPECT_EQ(keyed->currentText(), QStringLiteral("other start"));
+    QTest::keyClick(keyed->lineEdit(), Qt::Key_Down);
+    EXPECT_EQ(keyed->currentIndex(), 0);
+    EXPECT_EQ(keyed->currentText(), QStringLiteral("one"));
+    EXPECT_EQ(keyedRuns, 1);
+    forms::setListIndex(keyed, 1);
+    EXPECT_EQ(keyed->currentText(), QStringLiteral("two"));
+    EXPECT_EQ(keyedRuns, 2);
+    (void)after;
 }
 
 TEST(FormsBitRow, BoxesAreNamedByBitAndShowTheMirror) {
