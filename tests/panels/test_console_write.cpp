@@ -180,3 +180,89 @@ TEST_F(ConsoleWrite, SiliconRevisionBehindTheTestRegisters) {
     EXPECT_EQ(f->Text2->text(), QStringLiteral("000002"));
     EXPECT_EQ(f->Text1->text(), QStringLiteral("56B1DA"));
 }
+
+namespace {
+
+QStringList itemsOf(const QComboBox* list) {
+    QStringList items;
+    for (int i = 0; i < list->count(); ++i) items << list->itemText(i);
+    return items;
+}
+
+} // namespace
+
+// Captions, list items and start texts as the operator reads them; a typo here is a
+// label that no longer matches the data sheet.
+TEST_F(ConsoleWrite, ControlsCarryTheirCaptionsItemsAndStartTexts) {
+    const QStringList tabs = {"WRITE SYSTEM CONTROL REG", "WRITE DPS1 REG", "WRITE DPS2 REG",
+                              "ALARM SETUP REG", "WRITE DAC REG", "READ SYSTEM CONTROL REG",
+                              "READ DPS1 REG", "READ DPS2 REG", "READ ALARM STATUS",
+                              "READ DAC REG"};
+    ASSERT_EQ(f->QZ7740->count(), tabs.size());
+    for (int i = 0; i < tabs.size(); ++i) EXPECT_EQ(f->QZ7740->tabButton(i)->text(), tabs[i]);
+
+    const std::vector<std::pair<const char*, QStringList>> lists = {
+        {"IMEASG", {"I MEAS GAIN = 20", "I MEAS GAIN = 10"}},
+        {"MEASOUTG", {"MEASOUT GAIN =0.2", "MEASOUT GAIN = 1"}},
+        {"tempset", {"TJ = 130degC", "TJ = 120degC", "TJ = 110degC", "TJ = 100degC"}},
+        {"cboCurrent", {"±5uA", "±25uA", "±250uA", "±2.5mA", "±25mA", "±Ext Range 2",
+                        "±Ext Range1"}},
+        {"cboCompare", {"Compare o/p Hi-Z", "Compare o/p Hi-Z", "Compare Current",
+                        "Compare Voltage"}},
+        {"cboMEASURE", {"MEASOUT Hi-Z ", "MEASOUT = ISENSE", "MEASOUT = VSENSE",
+                        "MEASOUT = KSENSE", "MEASOUT = TSENSE", "MEASOUT = DUTGND SENSE",
+                        "MEASOUT = DIAG A", "MEASOUT = DIAG B"}},
+        {"cboSysforce", {"Hi-Z SYS_FORCE & SENSE", "CONNECT TO FOHx MEASVHx"}},
+        {"cboSlew", {"1 V/us", "0.875 V/us", "0.75 V/us", "0.625 V/us", "0.5 V/us",
+                     "0.4375 V/us", "0.35 V/us", "0.3125 V/us"}},
+        {"cboSlave", {"MASTER - Copy Voltage", "MASTER - Copy Current", "SLAVE - FV",
+                      "SLAVE - F1"}},
+    };
+    for (const auto& [name, items] : lists) {
+        const auto* list = f->findChild<QComboBox*>(QString::fromLatin1(name));
+        ASSERT_NE(list, nullptr) << name;
+        EXPECT_EQ(itemsOf(list), items) << name;
+        EXPECT_EQ(list->currentIndex(), -1) << name << " starts with no item chosen";
+    }
+    const std::vector<std::pair<const char*, const char*>> startTexts = {
+        {"cboCurrent", "2.5mA"},
+        {"cboMEASURE", "MEASOUT = VSENSE"},
+        {"cboCompare", "Compare o/p Hi-Z"},
+        {"MEASOUTG", "MEASOUT GAIN = 0.2"},
+        {"IMEASG", "I MEAS GAIN =20"},
+        {"tempset", "ENABLED AT 130degC"},
+        {"cboSlew", "1 V/us"},
+        {"cboSlave", "MASTER"},
+        {"cboSysforce", "SYSTEM FORCE/SENSE Disconnected"},
+    };
+    for (const auto& [name, text] : startTexts)
+        EXPECT_EQ(f->findChild<QComboBox*>(QString::fromLatin1(name))->currentText(),
+                  QString::fromUtf8(text))
+            << name;
+
+    const std::vector<std::pair<const char*, const char*>> captions = {
+        {"chkPD", "/POWER DOWN"},
+        {"chkFINGND", "FIN connected to GND"},
+        {"CPEN", "ENABLE COMPARATOR AS WINDOW"},
+        {"chkENABLECH", "/SW-INH"},
+        {"chkMEASOUT", "MEASOUT ENABLE"},
+        {"chkCLAMPEN", "CL EN (Software Bit)"},
+        {"chkGPO", "GPO"},
+        {"chk10k", "10K Resistor connected between Force/Sense"},
+        {"Check2", "Bit 7 Guard Disable"},
+        {"cmdWRITESYS", "WRITE SYSTEM CONTROL REGISTER"},
+        {"cmdWRITEPMU", "WRITE DPS1 REGISTER"},
+        {"cmdWriteDPS2", "WRITE DPS2 REGISTER"},
+        {"cmdALAM", "WRITE ALARM REGISTER"},
+        {"Command1", "Read Silicon Rev"},
+        {"cmdEXIT", "EXIT"},
+        {"cmdREADADC", "READ ADC"},
+        {"cmdRESET", "RESET QZ7740"},
+    };
+    for (const auto& [name, caption] : captions) {
+        const auto* control = f->findChild<QAbstractButton*>(QString::fromLatin1(name));
+        ASSERT_NE(control, nullptr) << name;
+        EXPECT_EQ(control->text(), QString::fromLatin1(caption)) << name;
+    }
+    EXPECT_EQ(f->windowTitle(), QStringLiteral("QZ7740 MAIN MENU [virtual board]"));
+}
