@@ -86,4 +86,12 @@ TEST(ConsoleRead, LampsOfAPartlyHotReply) {
     EXPECT_EQ(f->cmdTEMP[0]->text(), QStringLiteral("HOT"));
     EXPECT_EQ(f->cmdTEMP[1]->text(), QStringLiteral("OK"));
     EXPECT_EQ(f->lblREADSPI->text(), QStringLiteral("434000"));
+
+    lib->replies = {{0x00, 0xC0, 0x43}};  // both temperature bits high: no alarm
+    QTest::mouseClick(f->READCOMP, Qt::LeftButton);
+    for (forms::Lamp* lamp : f->cmdTEMP) {
+        EXPECT_EQ(lamp->text(), QStringLiteral("OK"));
+        EXPECT_EQ(lamp->colourValue(), 0x008000);
+    }
+    EXPECT_EQ(f->lblREADSPI->text(), QStringLiteral("43C000"));
 }
