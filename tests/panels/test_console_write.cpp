@@ -151,6 +151,11 @@ TEST_F(ConsoleWrite, SwitchChannelOnlyWithMeasoutGainPointTwo) {
     EXPECT_TRUE(h.trace.fresh().empty());
     EXPECT_TRUE(f->optComp0[3]->isChecked());
     EXPECT_FALSE(f->optComp0[2]->isChecked());
+    clickBox(f->optComp0[0]);
+    EXPECT_TRUE(h.trace.fresh().empty());
+    EXPECT_TRUE(f->optComp0[3]->isChecked());
+    EXPECT_FALSE(f->optComp0[0]->isChecked());
+    EXPECT_EQ(h.board->pins().switchChannel, 0) << "the switch stays where it was";
 }
 
 TEST_F(ConsoleWrite, TabsShowTheirWordOrReadTheAlarms) {
