@@ -1,6 +1,7 @@
 #include "board/USBStuff.h"
 
 #include "board/StatusCodes.h"
+#include "board/Wire.h"
 
 #include <algorithm>
 #include <iostream>
@@ -77,7 +78,7 @@ void USBStuff::LoadUSB() {
     ShowUSBStatus(usbStatus);
 
     uint8_t dummy = 0;
-    usbStatus = static_cast<int16_t>(request(224, 0, 0, 0, 0, &dummy));
+    usbStatus = static_cast<int16_t>(request(wire::kStartService, 0, 0, 0, 0, &dummy));
     ShowUSBStatus(usbStatus);
     lastLink_ = library_.linkState();
     if (onLinkChange) onLinkChange(lastLink_);
@@ -97,22 +98,22 @@ void USBStuff::CopyToByteBuffer(const std::string& text) {
 void USBStuff::WriteSPIWord(int32_t word) {
     uint8_t dummy = 0;
     usbStatus = static_cast<int16_t>(
-        request(221, word & 0xFFFF, (word & 0xFF0000) / 65536, 0, 0, &dummy));
+        request(wire::kSpiWord, word & 0xFFFF, (word & 0xFF0000) / 65536, 0, 0, &dummy));
 }
 
 int32_t USBStuff::ReadSPIWord() {
-    usbStatus = static_cast<int16_t>(request(221, 0, 0, 1, 3, replyBuffer.data()));
+    usbStatus = static_cast<int16_t>(request(wire::kSpiWord, 0, 0, 1, 3, replyBuffer.data()));
     return replyBuffer[0] + 256 * replyBuffer[1] + 65536 * replyBuffer[2];
 }
 
 int32_t USBStuff::ReadADCWord() {
-    usbStatus = static_cast<int16_t>(request(233, 0, 0, 1, 3, replyBuffer.data()));
+    usbStatus = static_cast<int16_t>(request(wire::kAdcRead, 0, 0, 1, 3, replyBuffer.data()));
     return replyBuffer[0] + 256 * replyBuffer[1];
 }
 
 int32_t USBStuff::ReadI2C(int32_t pointer) {
     try {
-        request(236, pointer, 0, 1, 1, replyBuffer.data());
+        request(wire::kSensor, pointer, 0, 1, 1, replyBuffer.data());
         return replyBuffer[0];
     } catch (...) {
         return 0;
@@ -122,7 +123,7 @@ int32_t USBStuff::ReadI2C(int32_t pointer) {
 int32_t USBStuff::WriteI2C(int32_t data, int32_t pointer) {
     try {
         uint8_t dummy = 0;
-        return request(236, pointer, data, 0, 0, &dummy);
+        return request(wire::kSensor, pointer, data, 0, 0, &dummy);
     } catch (...) {
         return 0;
     }

@@ -44,8 +44,8 @@ public:
     int32_t ReadADCWord();
     int32_t ReadI2C(int32_t pointer);
     int32_t WriteI2C(int32_t data, int32_t pointer);
-    // A request without data stage (219, 224, 226..235). The switch channel request of
-    // the console's option buttons leaves usbStatus alone.
+    // A request of board/Wire.h without data stage (reset, pins, switch, ADC conversion).
+    // The switch channel request of the console's option buttons leaves usbStatus alone.
     void SendRequest(int32_t request, int32_t value = 0, bool storeStatus = true);
 
     LinkState linkState() const { return library_.linkState(); }

@@ -1,6 +1,7 @@
 #include "board/VirtualBoard.h"
 
 #include "board/StatusCodes.h"
+#include "board/Wire.h"
 
 #include <thread>
 
@@ -60,9 +61,8 @@ bool comparatorTriple(int address, int& member, bool& high) {
     return true;
 }
 
-constexpr uint32_t kDoorKeys[] = {0x56A7C2, 0x56B1D8, 0x52C4E8};
-constexpr uint32_t kDoorClose = 0x56B1DA;
-constexpr int kRevisionRegister = 0x53;
+// The register whose read command gives the silicon revision once the keys are in.
+constexpr int kRevisionRegister = (wire::kRevisionRead >> 16) & 0x7F;
 constexpr int kAlarmStatus = 0x43;
 constexpr int kAlarmStatusClear = 0x44;
 constexpr uint16_t kLatchedAlarmBits = 0xAA80; // bits 15, 13, 11, 9, 7
@@ -149,7 +149,7 @@ int32_t VirtualBoard::Vendor_Request(int32_t handle, int32_t request, int32_t va
     if (latency_.count() > 0) std::this_thread::sleep_for(latency_);
     if (!connected_ || handle != kHandle) return status::NoDeviceConnected;
     if (!firmwareLoaded_) return status::NoFirmwarePresent;
-    if (request == 224 && direction == 0 && length == 0) {
+    if (request == wire::kStartService && direction == 0 && length == 0) {
         serviceRunning_ = true;
         return status::OK;
     }
@@ -158,12 +158,12 @@ int32_t VirtualBoard::Vendor_Request(int32_t handle, int32_t request, int32_t va
     const bool out = direction == 0 && length == 0;
     const bool in = direction == 1 && buffer != nullptr;
     switch (request) {
-    case 219:
+    case wire::kChipReset:
         if (!out) break;
         powerOn();
         ++resets_;
         return status::OK;
-    case 221:
+    case wire::kSpiWord:
         if (out) {
             if (value < 0 || value > 0xFFFF || index < 0 || index > 0xFF) break;
             return spiWrite(static_cast<uint32_t>(index) << 16 | static_cast<uint32_t>(value));
@@ -175,36 +175,36 @@ int32_t VirtualBoard::Vendor_Request(int32_t handle, int32_t request, int32_t va
             return status::OK;
         }
         break;
-    case 226:
-    case 227:
+    case wire::kHwInhibitOff:
+    case wire::kHwInhibitOn:
         if (!out) break;
-        pins_.hwInhibit = request == 227;
+        pins_.hwInhibit = request == wire::kHwInhibitOn;
         return status::OK;
-    case 228:
+    case wire::kSwitchChannel:
         if (!out || value < 0 || value > 3) break;
         pins_.switchChannel = value;
         return status::OK;
-    case 229:
-    case 230:
+    case wire::kSwitchEnable:
+    case wire::kSwitchDisable:
         if (!out) break;
-        pins_.switchEnabled = request == 229;
+        pins_.switchEnabled = request == wire::kSwitchEnable;
         return status::OK;
-    case 232:
+    case wire::kAdcConvert:
         if (!out) break;
         adcCode_ = kAdcMidScale;
         return status::OK;
-    case 233:
+    case wire::kAdcRead:
         if (!in || length != 3) break;
         buffer[0] = static_cast<uint8_t>(adcCode_);
         buffer[1] = static_cast<uint8_t>(adcCode_ >> 8);
         buffer[2] = 0;
         return status::OK;
-    case 234:
-    case 235:
+    case wire::kClampPinOn:
+    case wire::kClampPinOff:
         if (!out) break;
-        pins_.clampPin = request == 234;
+        pins_.clampPin = request == wire::kClampPinOn;
         return status::OK;
-    case 236:
+    case wire::kSensor:
         if (value < 0 || value > 0xFF) break;
         if (out) {
             if (index < 0 || index > 0xFF) break;
@@ -246,20 +246,21 @@ int32_t VirtualBoard::spiWrite(uint32_t word) {
 }
 
 void VirtualBoard::testDoor(uint32_t word) {
-    if (word == kDoorClose) {
+    const auto key = [](int step) { return static_cast<uint32_t>(wire::kRevisionKeys[step]); };
+    if (word == static_cast<uint32_t>(wire::kRevisionClose)) {
         doorOpen_ = false;
         doorStep_ = 0;
         return;
     }
     if (doorOpen_) return;
-    if (word == kDoorKeys[doorStep_]) {
-        if (++doorStep_ == 3) {
+    if (word == key(doorStep_)) {
+        if (++doorStep_ == static_cast<int>(wire::kRevisionKeys.size())) {
             doorOpen_ = true;
             doorStep_ = 0;
         }
         return;
     }
-    doorStep_ = word == kDoorKeys[0] ? 1 : 0;
+    doorStep_ = word == key(0) ? 1 : 0;
 }
 
 } // namespace qz

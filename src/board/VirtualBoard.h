@@ -13,10 +13,10 @@ namespace qz {
 class VirtualBoard final : public BridgeLibrary {
 public:
     struct Pins {
-        bool hwInhibit = true;      // /HW-INH held at its inhibiting level until request 226
-        bool clampPin = false;      // CL EN pin, on with request 234
-        bool switchEnabled = false; // SW8130 enable, request 229
-        int switchChannel = 0;      // SW8130 input, request 228
+        bool hwInhibit = true;      // /HW-INH inhibiting until wire::kHwInhibitOff
+        bool clampPin = false;      // CL EN pin, wire::kClampPinOn / kClampPinOff
+        bool switchEnabled = false; // SW8130 enable, wire::kSwitchEnable / kSwitchDisable
+        int switchChannel = 0;      // SW8130 input, wire::kSwitchChannel
     };
 
     // latency: time each vendor request takes, standing in for the USB round trip.
