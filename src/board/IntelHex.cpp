@@ -1,27 +1,23 @@
 #include "board/IntelHex.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace qz {
 
 namespace {
 
-int hexDigit(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    return -1;
-}
-
+// Two hexadecimal digits a byte; from_chars takes no sign or prefix for an unsigned type,
+// so a pair parses only when both of its characters are digits.
 bool readBytes(std::string_view digits, std::vector<uint8_t>& out) {
     if (digits.size() % 2 != 0) return false;
     out.clear();
     out.reserve(digits.size() / 2);
-    for (size_t i = 0; i < digits.size(); i += 2) {
-        int hi = hexDigit(digits[i]);
-        int lo = hexDigit(digits[i + 1]);
-        if (hi < 0 || lo < 0) return false;
-        out.push_back(static_cast<uint8_t>(hi * 16 + lo));
+    for (const char* p = digits.data(); p != digits.data() + digits.size(); p += 2) {
+        uint8_t byte = 0;
+        const auto [end, ec] = std::from_chars(p, p + 2, byte, 16);
+        if (ec != std::errc{} || end != p + 2) return false;
+        out.push_back(byte);
     }
     return true;
 }
