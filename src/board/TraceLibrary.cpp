@@ -1,15 +1,21 @@
 #include "board/TraceLibrary.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
+#include <charconv>
 #include <cstring>
 
 namespace qz {
 
 namespace {
-const char kHex[] = "0123456789ABCDEF";
-
-void appendHex(std::string& s, uint32_t v, int digits) {
-    for (int i = digits - 1; i >= 0; --i) s += kHex[(v >> (4 * i)) & 0xF];
+// v in upper-case hexadecimal, zero-padded to digits; v must fit in them.
+void appendHex(std::string& s, uint32_t v, size_t digits) {
+    char buf[8];
+    char* const end = std::to_chars(buf, buf + sizeof buf, v, 16).ptr;
+    s.append(digits - std::min(static_cast<size_t>(end - buf), digits), '0');
+    for (const char* p = buf; p != end; ++p)
+        s += static_cast<char>(std::toupper(static_cast<unsigned char>(*p)));
 }
 } // namespace
 
@@ -26,8 +32,10 @@ std::string traceVendorRequest(int32_t request, int32_t value, int32_t index, in
     s += " -> ";
     s += std::to_string(status);
     if (direction != 0) {
+        // The colon stays on a failed read so that a reader can split every IN line at
+        // " :"; the bytes of a failed read are not the board's, so none follow it.
         s += " :";
-        for (int32_t i = 0; buffer && i < length; ++i) {
+        for (int32_t i = 0; status == 0 && buffer && i < length; ++i) {
             s += ' ';
             appendHex(s, buffer[i], 2);
         }

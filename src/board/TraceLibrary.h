@@ -6,7 +6,8 @@
 //   CONNECT <path byte> -> <handle> <status>
 //   FIRMWARE <path> -> <status>
 //   VR <request> <value> <index> OUT <length> -> <status>
-//   VR <request> <value> <index> IN <length> -> <status> : <reply bytes>
+//   VR <request> <value> <index> IN <length> -> 0 : <reply bytes>
+//   VR <request> <value> <index> IN <length> -> <status> :        (failed: no bytes)
 
 #include "board/BridgeLibrary.h"
 
