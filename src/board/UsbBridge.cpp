@@ -95,7 +95,12 @@ bool UsbBridge::reattach() {
 int32_t UsbBridge::Vendor_Request(int32_t handle, int32_t request, int32_t value, int32_t index,
                                   int32_t direction, int32_t length, uint8_t* buffer) {
     if (!connected_ || lost_ || handle != kHandle) return status::NoDeviceConnected;
+    // What a control transfer cannot carry is refused as the board's firmware refuses a
+    // request it does not know, instead of being cut to 8 or 16 bits and sent.
     if (direction != 0 && direction != 1) return status::UnexpectedEndpointError;
+    if (request < 0 || request > 0xFF || value < 0 || value > 0xFFFF || index < 0 ||
+        index > 0xFFFF)
+        return status::UnexpectedEndpointError;
     if (length < 0 || length > 0xFFFF || (length > 0 && !buffer))
         return status::TransferIncomplete;
     const auto transfer = [&] {
