@@ -16,14 +16,12 @@
 #include <QLineEdit>
 #include <QRadioButton>
 
-namespace {
-QString qtext(const std::string& s) { return QString::fromStdString(s); }
-} // namespace
+using forms::qtext;
 
 void frmMAINQZ7740::wireDacEntries() {
     using qz::HexFieldId;
     auto entry = [this](QLineEdit* box, HexFieldId id, int index) {
-        forms::onEnter(box, [this, box, id, index] { hexEntry(box, id, index); });
+        forms::onEntry(box, session.general.entryBusy, [this, box, id, index] { hexEntry(box, id, index); });
     };
     entry(OFFSETx1, HexFieldId::OFFSETx1, 0);
     entry(txtDGS, HexFieldId::txtDGS, 0);
@@ -58,7 +56,6 @@ QLineEdit* frmMAINQZ7740::x1BoxOf(qz::HexFieldId id) const {
 }
 
 void frmMAINQZ7740::hexEntry(QLineEdit* box, qz::HexFieldId id, int index) {
-    if (session.general.entryBusy) return;
     const qz::HexField field = qz::hexField(id, index);
     if (id == qz::HexFieldId::txtFINx1) {
         const qz::FieldCheck c = qz::checkFINx1Entry(box->text().toStdString(), OFFSETx1->text().toStdString());
@@ -73,9 +70,9 @@ void frmMAINQZ7740::hexEntry(QLineEdit* box, qz::HexFieldId id, int index) {
     if (!c.ok) return forms::refuseEntry(box, c.message);
     // The m and c of CLL and CLH write x1 again after them, as its box reads now (its own
     // bounds are its Enter key's business). A box that holds no number stops both words.
-    QLineEdit* x1 = field.step == qz::FurtherStep::ReloadX1 ? x1BoxOf(field.reload) : nullptr;
-    int32_t x1Code = 0;
-    if (x1 != nullptr && !readCode(x1, x1Code)) return;
+    std::optional<int32_t> x1Code;
+    if (field.step == qz::FurtherStep::ReloadX1 && !(x1Code = forms::readCode(x1BoxOf(field.reload))))
+        return;
     // The output an OFFSET gives is worked out before its word leaves, so that FIN codes
     // that hold no number stop the entry with nothing sent.
     std::optional<QString> shownOutput;
@@ -92,7 +89,7 @@ void frmMAINQZ7740::hexEntry(QLineEdit* box, qz::HexFieldId id, int index) {
     case qz::FurtherStep::ReloadX1: {
         DACLOAD(c.value, field.addressWord);
         // The chip takes a new m or c only with the next write of x1.
-        DACLOAD(x1Code, qz::hexField(field.reload).addressWord);
+        DACLOAD(*x1Code, qz::hexField(field.reload).addressWord);
         return;
     }
     case qz::FurtherStep::OutputV:
@@ -105,25 +102,16 @@ void frmMAINQZ7740::hexEntry(QLineEdit* box, qz::HexFieldId id, int index) {
     }
 }
 
-bool frmMAINQZ7740::readCode(QLineEdit* box, int32_t& code) {
-    const std::optional<int32_t> v = qz::readDacCode(box->text().toStdString());
-    if (!v) {
-        forms::refuseEntry(box, qz::kNotValidNumber);
-        return false;
-    }
-    code = *v;
-    return true;
-}
-
 std::optional<QString> frmMAINQZ7740::outputVText() {
-    int32_t offset = 0, m = 0, c = 0;
-    if (!readCode(OFFSETx1, offset) || !readCode(txtFINM, m) || !readCode(txtFINC, c))
+    std::optional<int32_t> offset, m, c;
+    if (!(offset = forms::readCode(OFFSETx1)) || !(m = forms::readCode(txtFINM)) ||
+        !(c = forms::readCode(txtFINC)))
         return std::nullopt;
     // txtFINx1 checks its own text on its Enter key. Here it may be empty (after a refusal,
     // or a read-back without a board): there is then no FIN code whose output could be
     // shown, and the output box says nothing rather than stopping an OFFSET or a reference.
     const std::optional<int32_t> x1 = qz::readDacCode(txtFINx1->text().toStdString());
-    const qz::OutputVResult r = qz::outputV(session.general.VREF, offset, m, c, x1.value_or(0));
+    const qz::OutputVResult r = qz::outputV(session.general.VREF, *offset, *m, *c, x1.value_or(0));
     if (!r.ok) {
         forms::refuseEntry(txtVREF, r.message);
         return std::nullopt;
@@ -154,11 +142,7 @@ void frmMAINQZ7740::optRef_Click(int index) {
     }
     g.VREF = vref;
     refIndex_ = index;
-    for (const char* form : {"frmMain", "frmMeasure"}) {
-        if (nav.load(QString::fromLatin1(form)) == nullptr) continue;
-        if (auto* option = forms::controlOf<QRadioButton>(nav, QString::fromLatin1(form),
-                                                          forms::member("optRef", index)))
-            forms::selectOption(option);
-    }
+    for (forms::Form other : {forms::Form::frmMain, forms::Form::frmMeasure})
+        forms::setTwin(nav, other, forms::member("optRef", index), 1);
     outputV();
 }

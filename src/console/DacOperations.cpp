@@ -4,21 +4,21 @@
 #include "console/frmMAINQZ7740.h"
 
 #include "forms/BitRow.h"
+#include "forms/Build.h"
 #include "forms/Controls.h"
 #include "forms/TabControl.h"
 #include "levels/EntryField.h"
 #include "registers/BitMirror.h"
-#include "registers/HexText.h"
+#include "registers/RegisterMap.h"
 
 #include <QComboBox>
-
-#include <algorithm>
 #include <QLineEdit>
 #include <QPushButton>
 
-namespace {
-QString hex(int32_t n, int width) { return QString::fromStdString(qz::NumberToHex(n, width)); }
-} // namespace
+#include <algorithm>
+#include <iterator>
+
+using forms::hexText;
 
 void frmMAINQZ7740::DACLOAD(int32_t lx, int32_t dacadd) {
     int32_t& last = session.general.DAClast;
@@ -33,13 +33,13 @@ void frmMAINQZ7740::tabDACS_Click(int) {
     switch (tabDACS->currentIndex()) {
     case 0: {
         txtstart->clear();
-        const int32_t r = readWord(0x880000);
-        txtstart->setText(hex(r - 0x080000, 4));
+        const int32_t r = readWord(qz::readCommandOf(qz::reg::kFinX1));
+        txtstart->setText(hexText(r - qz::writeWord(qz::reg::kFinX1, 0), 4));
         break;
     }
     case 1: {
-        const int32_t r = readWord(0x880000);
-        txtFINx1->setText(hex(r - 0x080000, 4));
+        const int32_t r = readWord(qz::readCommandOf(qz::reg::kFinX1));
+        txtFINx1->setText(hexText(r - qz::writeWord(qz::reg::kFinX1, 0), 4));
         break;
     }
     default: break;
@@ -48,72 +48,78 @@ void frmMAINQZ7740::tabDACS_Click(int) {
 
 void frmMAINQZ7740::cmdENRAMP_Click() {
     if (session.general.entryBusy) return;
-    session.SPIout(0x41FFFF);
+    session.SPIout(qz::writeWord(qz::reg::kRampEnable, 0xFFFF));
 }
 
 void frmMAINQZ7740::cmdINTRAMP_Click() {
     if (session.general.entryBusy) return;
-    session.SPIout(0x420000);
+    session.SPIout(qz::writeWord(qz::reg::kRampInterrupt, 0));
 }
 
 void frmMAINQZ7740::cmdReadEnableRamp_Click() {
-    const int32_t r = readWord(0xC10000);
-    Text1->setText(QStringLiteral("C10000"));
-    txtRampStatus->setText(hex(r, 6));
+    const int32_t command = qz::readCommandOf(qz::reg::kRampEnable);
+    const int32_t r = readWord(command);
+    showWord(command);
+    txtRampStatus->setText(hexText(r, 6));
 }
 
 void frmMAINQZ7740::cboDAC_Click() {
-    static constexpr int32_t kReads[] = {0x880000, 0x890000, 0x8A0000, 0x8C0000, 0xBD0000};
     const int i = cboDAC->currentIndex();
     // Before a choice the list keeps the word it holds.
-    if (i >= 0 && i < 5) dacRead = kReads[i];
+    if (i >= 0 && i < static_cast<int>(std::size(qz::kFinAuxDacs)))
+        dacRead = qz::readCommandOf(qz::kFinAuxDacs[i]);
     showWord(dacRead);
 }
 
 void frmMAINQZ7740::cboCLAMPS_Click() {
     const int i = cboCLAMPS->currentIndex();
-    if (i >= 0) clampRead = 0x8D0000 + i * 0x10000;
+    if (i >= 0 && i < static_cast<int>(std::size(qz::kClampDacs)))
+        clampRead = qz::readCommandOf(qz::kClampDacs[i]);
     showWord(clampRead);
 }
 
+namespace {
+// The read command of a comparator DAC register.
+int32_t comparatorRead(float compDACsel, int row, qz::DacMember member) {
+    const auto which = compDACsel == 0.0f ? qz::Comparator::CPL : qz::Comparator::CPH;
+    return qz::readCommandOf(qz::comparatorAddress(which, row, member));
+}
+} // namespace
+
 void frmMAINQZ7740::cboCOMPDACs_Click() {
-    compDACread = 0x930000;
-    compDACsel = 0.0f;
-    if (cboCOMPDACs->currentIndex() == 1) {
-        compDACread = 0xA80000;
-        compDACsel = 1.0f;
-    }
+    compDACsel = cboCOMPDACs->currentIndex() == 1 ? 1.0f : 0.0f;
+    compDACread = comparatorRead(compDACsel, 0, qz::DacMember::X1);
     showWord(compDACread);
 }
 
 void frmMAINQZ7740::cboCurrentRange_Click() {
     // Before a choice the list acts as its first item.
-    const int i = std::max(0, cboCurrentRange->currentIndex());
-    if (i < 7) compRangeRead = compDACread + i * 0x30000;
-    else compRangeRead = compDACsel == 0.0f ? 0xC50000 : 0xC80000;  // the voltage range row
+    const int row = std::clamp(cboCurrentRange->currentIndex(), 0, qz::kComparatorRows - 1);
+    compRangeRead = comparatorRead(compDACsel, row, qz::DacMember::X1);
     showWord(compRangeRead);
 }
 
 void frmMAINQZ7740::Combo2_Click() {
-    const int i = std::max(0, Combo2->currentIndex());
-    compFullRead = compRangeRead + i * 0x10000;
+    // m and c stand one and two registers after the x1 that the range word holds.
+    const int member = std::clamp(Combo2->currentIndex(), 0, 2);
+    compFullRead = compRangeRead + qz::writeWord(member, 0);
     showWord(compFullRead);
 }
 
 void frmMAINQZ7740::cmdREADDAC_Click() {
     cboDAC_Click();
-    int32_t r = readWord(0x8B0000);
-    txtOFFSET->setText(hex(r - 0x0B0000, 6));
+    int32_t r = readWord(qz::readCommandOf(qz::reg::kOffset));
+    txtOFFSET->setText(hexText(r - qz::writeWord(qz::reg::kOffset, 0), 6));
     r = readRegister(dacRead);
     showWord(dacRead);
-    txtDaccode->setText(hex(r & 0xFFFF, 6));
+    txtDaccode->setText(hexText(r & 0xFFFF, 6));
     txtRDAC->mirror(r, qz::kDecToBinRDAC);
 }
 
 void frmMAINQZ7740::cmdREADCLAMPDACs_Click() {
     cboCLAMPS_Click();
     int32_t r = readRegister(clampRead);
-    txtDACC->setText(hex(r & 0xFFFF, 6));
+    txtDACC->setText(hexText(r & 0xFFFF, 6));
     txtRDAC->mirror(r, qz::kDecToBinRDAC);
 }
 
@@ -122,17 +128,19 @@ void frmMAINQZ7740::cmdREADCOMPDACs_Click() {
     Combo2_Click();
     cboCOMPDACs_Click();
     int32_t r = readRegister(compFullRead);
-    txtDACcomp->setText(hex(r & 0xFFFF, 6));
+    txtDACcomp->setText(hexText(r & 0xFFFF, 6));
     txtRDAC->mirror(r, qz::kDecToBinRDAC);
 }
 
 void frmMAINQZ7740::cmdREADRAMPREGS_Click() {
     if (session.general.entryBusy) return;
-    txtRRampEnd->setText(hex(readWord(0xBE0000) & 0xFFFF, 6));
-    txtRRCLKDiv->setText(hex(readWord(0xBF0000) & 0xFFFF, 6));
-    const int32_t r = readRegister(0xC00000);
-    Text1->setText(QStringLiteral("C00000"));
-    txtRRampStep->setText(hex(r & 0xFFFF, 6));
+    // The names of the step and divider boxes cross over; their captions follow the reads.
+    txtRRampEnd->setText(hexText(readWord(qz::readCommandOf(qz::reg::kRampEnd)) & 0xFFFF, 6));
+    txtRRCLKDiv->setText(hexText(readWord(qz::readCommandOf(qz::reg::kRampStep)) & 0xFFFF, 6));
+    const int32_t command = qz::readCommandOf(qz::reg::kRclkDivider);
+    const int32_t r = readRegister(command);
+    showWord(command);
+    txtRRampStep->setText(hexText(r & 0xFFFF, 6));
 }
 
 void frmMAINQZ7740::wireDacPages() {

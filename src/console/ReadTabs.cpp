@@ -7,7 +7,6 @@
 #include "forms/Build.h"
 #include "forms/Lamp.h"
 #include "registers/BitMirror.h"
-#include "registers/HexText.h"
 #include "registers/ReadDecoders.h"
 #include "registers/RegisterMap.h"
 
@@ -21,11 +20,7 @@
 using forms::makeButton;
 using forms::makeStatus;
 
-namespace {
-
-QString text(const std::string& s) { return QString::fromStdString(s); }
-
-} // namespace
+using forms::qtext;
 
 QWidget* frmMAINQZ7740::buildReadSystemTab() {
     auto* p = new QWidget(this);
@@ -43,7 +38,7 @@ QWidget* frmMAINQZ7740::buildReadSystemTab() {
                            "FORCE AMP INPUT",      "COMPARATOR",   "POWER"};
     QLabel* rows[] = {lbltemp, lblGAIN1, lblGAIN0, lblfin, lblcpo, lblPD};
     for (int i = 0; i < 6; ++i) {
-        g->addWidget(new QLabel(QString::fromLatin1(heads[i]), p), i, 0);
+        g->addWidget(forms::makeCaption(heads[i], p), i, 0);
         g->addWidget(rows[i], i, 1);
     }
     g->setColumnStretch(2, 1);
@@ -67,7 +62,7 @@ QWidget* frmMAINQZ7740::buildReadDPS1Tab() {
                             "CLAMPS",          "MEASOUT SOURCE"};
     for (int i = 0; i < 6; ++i) {
         RPMU[static_cast<size_t>(i)] = makeStatus(forms::member("RPMU", i), QString::fromLatin1(captions[i]), p);
-        g->addWidget(new QLabel(QString::fromLatin1(heads[i]), p), i, 0);
+        g->addWidget(forms::makeCaption(heads[i], p), i, 0);
         g->addWidget(RPMU[static_cast<size_t>(i)], i, 1);
     }
     g->setColumnStretch(2, 1);
@@ -105,12 +100,12 @@ QWidget* frmMAINQZ7740::buildReadAlarmTab() {
     const char* names[2] = {"LTALM", "TMPALM"};
     for (int i = 0; i < 2; ++i) {
         cmdTEMP[static_cast<size_t>(i)] = new forms::Lamp(forms::member("cmdTEMP", i), p);
-        lamps->addWidget(new QLabel(QString::fromLatin1(names[i]), p), 0, i);
+        lamps->addWidget(forms::makeCaption(names[i], p), 0, i);
         lamps->addWidget(cmdTEMP[static_cast<size_t>(i)], 1, i);
     }
     lamps->setColumnStretch(2, 1);
     v->addLayout(lamps);
-    v->addWidget(new QLabel(QStringLiteral("BITS in BOLD are ACTIVE LOW"), p));
+    v->addWidget(forms::makeCaption("BITS in BOLD are ACTIVE LOW", p));
     txtALM = new forms::BitRow(QStringLiteral("txtALM"), qz::rowCaptions(qz::kAlarmStatusLabels), p,
                                0xFFC0);
     v->addWidget(txtALM, 0, Qt::AlignLeft);
@@ -127,43 +122,43 @@ int32_t frmMAINQZ7740::readWord(int32_t command) {
 
 int32_t frmMAINQZ7740::readRegister(int32_t command) {
     const int32_t r = readWord(command);
-    lblREADSPI->setText(text(qz::NumberToHex(r, 6)));
+    lblREADSPI->setText(forms::hexText(r, 6));
     return r;
 }
 
 void frmMAINQZ7740::readSYS_Click() {
-    int32_t r = readRegister(0x810000);
+    int32_t r = readRegister(qz::readCommandOf(qz::reg::kSystemControl));
     const qz::SystemControlReadback d = qz::decodeSystemControl(r);
-    if (d.temp) lbltemp->setText(text(*d.temp));
-    lblGAIN1->setText(text(d.gain1));
-    lblGAIN0->setText(text(d.gain0));
-    lblfin->setText(text(d.fin));
-    lblcpo->setText(text(d.cpo));
-    lblPD->setText(text(d.pd));
+    if (d.temp) lbltemp->setText(qtext(*d.temp));
+    lblGAIN1->setText(qtext(d.gain1));
+    lblGAIN0->setText(qtext(d.gain0));
+    lblfin->setText(qtext(d.fin));
+    lblcpo->setText(qtext(d.cpo));
+    lblPD->setText(qtext(d.pd));
     txtRSYS->mirror(r, qz::kDecToBinRSYS);
 }
 
 void frmMAINQZ7740::READPMU_Click() {
-    int32_t r = readRegister(0x820000);
+    int32_t r = readRegister(qz::readCommandOf(qz::reg::kDPS1));
     const qz::DPS1Readback d = qz::decodeDPS1(r);
-    RPMU[0]->setText(text(d.channel));
-    if (d.range) RPMU[1]->setText(text(*d.range));
-    RPMU[2]->setText(text(d.compare));
+    RPMU[0]->setText(qtext(d.channel));
+    if (d.range) RPMU[1]->setText(qtext(*d.range));
+    RPMU[2]->setText(qtext(d.compare));
     RPMU[3]->setVisible(d.measoutHiZ);
     if (d.measoutHiZ) RPMU[3]->setText(QStringLiteral("MEASOUT Hi-Z"));
-    RPMU[5]->setText(text(d.source));
-    RPMU[4]->setText(text(d.clamps));
+    RPMU[5]->setText(qtext(d.source));
+    RPMU[4]->setText(qtext(d.clamps));
     txtRPMU->mirror(r, qz::kDecToBinRPMU);
 }
 
 void frmMAINQZ7740::cmdReadDPS2_Click() {
-    int32_t r = readRegister(0x830000);
+    int32_t r = readRegister(qz::readCommandOf(qz::reg::kDPS2));
     txtRDPS2->mirror(r, qz::kDecToBinRDPS2);
 }
 
-void frmMAINQZ7740::READCOMP_Click() { alarmRead(0xC30000); }
+void frmMAINQZ7740::READCOMP_Click() { alarmRead(qz::readCommandOf(qz::reg::kAlarmStatus)); }
 
-void frmMAINQZ7740::READALARM_Click() { alarmRead(0xC40000); }
+void frmMAINQZ7740::READALARM_Click() { alarmRead(qz::readCommandOf(qz::reg::kAlarmStatusClear)); }
 
 void frmMAINQZ7740::alarmRead(int32_t command) {
     session.SPIout(command);
@@ -172,7 +167,7 @@ void frmMAINQZ7740::alarmRead(int32_t command) {
     for (int turn = 0; turn < 10; ++turn) {
     }
     int32_t r = session.usb.ReadSPIWord();
-    lblREADSPI->setText(text(qz::NumberToHex(r, 6)));
+    lblREADSPI->setText(forms::hexText(r, 6));
     for (int i = 0; i < 2; ++i) {
         const qz::AlarmLamp lamp = qz::temperatureLamp(r, 15 - i);
         cmdTEMP[static_cast<size_t>(i)]->set(lamp.colour, QString::fromLatin1(lamp.caption));

@@ -4,12 +4,13 @@
 
 #include "console/frmMAINQZ7740.h"
 
+#include "board/Wire.h"
 #include "forms/BitRow.h"
 #include "forms/Build.h"
 #include "forms/Controls.h"
+#include "levels/Ranges.h"
 #include "registers/BitMirror.h"
 #include "registers/FieldOps.h"
-#include "registers/HexText.h"
 #include "registers/RegisterMap.h"
 
 #include <QCheckBox>
@@ -23,25 +24,13 @@
 
 using forms::makeButton;
 using forms::makeCheck;
+using forms::makeCaption;
 using forms::makeList;
-
-namespace {
-
-QWidget* page(QWidget* parent, QVBoxLayout*& v) {
-    auto* p = new QWidget(parent);
-    v = new QVBoxLayout(p);
-    return p;
-}
-
-QLabel* caption(const char* text, QWidget* parent) {
-    return new QLabel(QString::fromLatin1(text), parent);
-}
-
-} // namespace
+using forms::makePage;
 
 QWidget* frmMAINQZ7740::buildWriteSystemTab() {
     QVBoxLayout* v;
-    QWidget* p = page(this, v);
+    QWidget* p = makePage(this, v);
     txtSYS = new forms::BitRow(QStringLiteral("txtSYS"), qz::rowCaptions(qz::kSystemControlLabels), p);
     v->addWidget(txtSYS, 0, Qt::AlignLeft);
 
@@ -59,11 +48,11 @@ QWidget* frmMAINQZ7740::buildWriteSystemTab() {
     tempset = makeList(QStringLiteral("tempset"),
                        {"TJ = 130degC", "TJ = 120degC", "TJ = 110degC", "TJ = 100degC"},
                        QStringLiteral("ENABLED AT 130degC"), p);
-    grid->addWidget(caption("MEASOUT GAIN", p), 0, 1);
+    grid->addWidget(makeCaption("MEASOUT GAIN", p), 0, 1);
     grid->addWidget(MEASOUTG, 0, 2);
-    grid->addWidget(caption("I MEAS GAIN", p), 1, 1);
+    grid->addWidget(makeCaption("I MEAS GAIN", p), 1, 1);
     grid->addWidget(IMEASG, 1, 2);
-    grid->addWidget(caption("DIE THERMAL SHUTDOWN", p), 2, 1);
+    grid->addWidget(makeCaption("DIE THERMAL SHUTDOWN", p), 2, 1);
     grid->addWidget(tempset, 2, 2);
     grid->setColumnStretch(3, 1);
     v->addLayout(grid);
@@ -80,11 +69,8 @@ QWidget* frmMAINQZ7740::buildWriteSystemTab() {
     v->addLayout(row);
     v->addStretch(1);
 
-    for (QComboBox* l : {MEASOUTG, IMEASG, tempset}) {
-        forms::swallowKeys(l);
-        field(l);
-    }
-    for (QCheckBox* c : {chkPD, chkFINGND, CPEN}) field(c);
+    for (QComboBox* l : {MEASOUTG, IMEASG, tempset}) forms::swallowKeys(l);
+    fields({MEASOUTG, IMEASG, tempset, chkPD, chkFINGND, CPEN});
     connect(cmdWRITESYS, &QPushButton::clicked, this, [this] { cmdWRITESYS_Click(); });
     connect(Command1, &QPushButton::clicked, this, [this] { Command1_Click(); });
     return p;
@@ -92,7 +78,7 @@ QWidget* frmMAINQZ7740::buildWriteSystemTab() {
 
 QWidget* frmMAINQZ7740::buildWriteDPS1Tab() {
     QVBoxLayout* v;
-    QWidget* p = page(this, v);
+    QWidget* p = makePage(this, v);
     txtPMU = new forms::BitRow(QStringLiteral("txtPMU"), qz::rowCaptions(qz::kDPS1Labels), p);
     v->addWidget(txtPMU, 0, Qt::AlignLeft);
 
@@ -104,9 +90,7 @@ QWidget* frmMAINQZ7740::buildWriteDPS1Tab() {
     chkCLAMPEN = makeCheck(QStringLiteral("chkCLAMPEN"), QStringLiteral("CL EN (Software Bit)"), true, p);
     int r = 0;
     for (QCheckBox* c : {chkHWINHB, chkENABLECH, chkMEASOUT, chkCLEN, chkCLAMPEN}) grid->addWidget(c, r++, 0);
-    cboCurrent = makeList(QStringLiteral("cboCurrent"),
-                          {"\xC2\xB1" "5uA", "\xC2\xB1" "25uA", "\xC2\xB1" "250uA", "\xC2\xB1" "2.5mA",
-                           "\xC2\xB1" "25mA", "\xC2\xB1" "Ext Range 2", "\xC2\xB1" "Ext Range1"},
+    cboCurrent = makeList(QStringLiteral("cboCurrent"), forms::itemsOf(qz::kConsoleRangeNames),
                           QStringLiteral("2.5mA"), p);
     cboMEASURE = makeList(QStringLiteral("cboMEASURE"),
                           {"MEASOUT Hi-Z ", "MEASOUT = ISENSE", "MEASOUT = VSENSE", "MEASOUT = KSENSE",
@@ -116,11 +100,11 @@ QWidget* frmMAINQZ7740::buildWriteDPS1Tab() {
     cboCompare = makeList(QStringLiteral("cboCompare"),
                           {"Compare o/p Hi-Z", "Compare o/p Hi-Z", "Compare Current", "Compare Voltage"},
                           QStringLiteral("Compare o/p Hi-Z"), p);
-    grid->addWidget(caption("CURRENT RANGE", p), 0, 1);
+    grid->addWidget(makeCaption("CURRENT RANGE", p), 0, 1);
     grid->addWidget(cboCurrent, 0, 2);
-    grid->addWidget(caption("MEASOUT", p), 1, 1);
+    grid->addWidget(makeCaption("MEASOUT", p), 1, 1);
     grid->addWidget(cboMEASURE, 1, 2);
-    grid->addWidget(caption("COMPARATOR", p), 2, 1);
+    grid->addWidget(makeCaption("COMPARATOR", p), 2, 1);
     grid->addWidget(cboCompare, 2, 2);
     grid->setColumnStretch(3, 1);
     v->addLayout(grid);
@@ -128,11 +112,8 @@ QWidget* frmMAINQZ7740::buildWriteDPS1Tab() {
     v->addWidget(cmdWRITEPMU, 0, Qt::AlignLeft);
     v->addStretch(1);
 
-    for (QComboBox* l : {cboCurrent, cboMEASURE, cboCompare}) {
-        forms::swallowKeys(l);
-        field(l);
-    }
-    for (QCheckBox* c : {chkENABLECH, chkMEASOUT, chkCLAMPEN}) field(c);
+    for (QComboBox* l : {cboCurrent, cboMEASURE, cboCompare}) forms::swallowKeys(l);
+    fields({cboCurrent, cboMEASURE, cboCompare, chkENABLECH, chkMEASOUT, chkCLAMPEN});
     forms::onClick(chkHWINHB, [this] { chkHWINHB_Click(); });
     forms::onClick(chkCLEN, [this] { chkCLEN_Click(); });
     connect(cmdWRITEPMU, &QPushButton::clicked, this, [this] { cmdWRITEPMU_Click(); });
@@ -141,7 +122,7 @@ QWidget* frmMAINQZ7740::buildWriteDPS1Tab() {
 
 QWidget* frmMAINQZ7740::buildWriteDPS2Tab() {
     QVBoxLayout* v;
-    QWidget* p = page(this, v);
+    QWidget* p = makePage(this, v);
     txtDPS2 = new forms::BitRow(QStringLiteral("txtDPS2"), qz::rowCaptions(qz::kDPS2Labels), p);
     v->addWidget(txtDPS2, 0, Qt::AlignLeft);
 
@@ -156,11 +137,11 @@ QWidget* frmMAINQZ7740::buildWriteDPS2Tab() {
     cboSysforce = makeList(QStringLiteral("cboSysforce"),
                            {"Hi-Z SYS_FORCE & SENSE", "CONNECT TO FOHx MEASVHx"},
                            QStringLiteral("SYSTEM FORCE/SENSE Disconnected"), p);
-    grid->addWidget(caption("GANG MODE", p), 0, 0);
+    grid->addWidget(makeCaption("GANG MODE", p), 0, 0);
     grid->addWidget(cboSlave, 0, 1);
-    grid->addWidget(caption("SLEW RATE", p), 1, 0);
+    grid->addWidget(makeCaption("SLEW RATE", p), 1, 0);
     grid->addWidget(cboSlew, 1, 1);
-    grid->addWidget(caption("SYSTEM FORCE/SENSE CONNECTION", p), 2, 0);
+    grid->addWidget(makeCaption("SYSTEM FORCE/SENSE CONNECTION", p), 2, 0);
     grid->addWidget(cboSysforce, 2, 1);
     chkGPO = makeCheck(QStringLiteral("chkGPO"), QStringLiteral("GPO"), false, p);
     chk10k = makeCheck(QStringLiteral("chk10k"), QStringLiteral("10K Resistor connected between Force/Sense"), false, p);
@@ -175,15 +156,14 @@ QWidget* frmMAINQZ7740::buildWriteDPS2Tab() {
     v->addStretch(1);
 
     forms::swallowKeys(cboSysforce);
-    for (QComboBox* l : {cboSlave, cboSlew, cboSysforce}) field(l);
-    for (QCheckBox* c : {chkGPO, chk10k, Check2}) field(c);
+    fields({cboSlave, cboSlew, cboSysforce, chkGPO, chk10k, Check2});
     connect(cmdWriteDPS2, &QPushButton::clicked, this, [this] { cmdWriteDPS2_Click(); });
     return p;
 }
 
 QWidget* frmMAINQZ7740::buildAlarmSetupTab() {
     QVBoxLayout* v;
-    QWidget* p = page(this, v);
+    QWidget* p = makePage(this, v);
     txtWALM = new forms::BitRow(QStringLiteral("txtWALM"), qz::rowCaptions(qz::kAlarmSetupLabels), p);
     for (int k = 0; k < 24; ++k) txtWALM->setDigit(k, '0');
     v->addWidget(txtWALM, 0, Qt::AlignLeft);
@@ -199,7 +179,7 @@ QWidget* frmMAINQZ7740::buildAlarmSetupTab() {
                                                     j == 0 ? QStringLiteral("LATCH") : QStringLiteral("DISABLE"),
                                                     j == 0, g);
             gv->addWidget(chk[static_cast<size_t>(n)]);
-            field(chk[static_cast<size_t>(n)]);
+            fields({chk[static_cast<size_t>(n)]});
         }
         grid->addWidget(g, 0, a);
     }
@@ -212,54 +192,35 @@ QWidget* frmMAINQZ7740::buildAlarmSetupTab() {
     return p;
 }
 
-void frmMAINQZ7740::field(QComboBox* list) {
-    const QString name = list->objectName();
-    forms::onClick(list, [this, name] { fieldClick(name); });
-}
-
-void frmMAINQZ7740::field(QCheckBox* box) {
-    const QString name = box->objectName();
-    forms::onClick(box, [this, name] { fieldClick(name); });
-}
-
-int32_t& frmMAINQZ7740::shadowOf(const QString& control) {
-    qz::General& g = session.general;
-    switch (qz::findControl(control.toStdString())->shadow) {
-    case qz::Shadow::SYS: return g.SYSreg;
-    case qz::Shadow::PMU: return g.PMUreg;
-    case qz::Shadow::DPS2: return g.DPS2reg;
-    case qz::Shadow::ALM: return g.ALMreg;
+void frmMAINQZ7740::fields(std::initializer_list<QWidget*> controls) {
+    for (QWidget* control : controls) {
+        const QString name = control->objectName();
+        if (auto* list = qobject_cast<QComboBox*>(control))
+            forms::onClick(list, [this, name] { fieldClick(name); });
+        else if (auto* box = qobject_cast<QCheckBox*>(control))
+            forms::onClick(box, [this, name] { fieldClick(name); });
     }
-    return g.SYSreg;
 }
 
 void frmMAINQZ7740::fieldClick(const QString& name) {
     const qz::ControlOps* ops = qz::findControl(name.toStdString());
     QWidget* control = findChild<QWidget*>(name);
     if (!ops || !control) return;
-    const auto* list = qobject_cast<QComboBox*>(control);
-    const auto* box = qobject_cast<QCheckBox*>(control);
-    const int item = list ? list->currentIndex() : (box->isChecked() ? 1 : 0);
+    const int item = forms::itemOf(control);
     if (item < 0) return;
 
-    if (name == QLatin1String("MEASOUTG") && item == 1) nav.show(QStringLiteral("frmMEASOUTGAIN"));
-    int32_t& word = shadowOf(name);
+    using qz::FieldEffect;
+    if (ops->effect == FieldEffect::GainWarning && item == 1) nav.show(forms::Form::frmMEASOUTGAIN);
+    int32_t& word = qz::shadowWord(session.general, ops->shadow);
     word = qz::applyField(word, *ops, item);
-    if (name == QLatin1String("IMEASG")) session.general.imeasGain = item == 0 ? 20.0f : 10.0f;
-    if (name == QLatin1String("cboSlave")) session.SPIout(word);
-    if (ops->shadow == qz::Shadow::ALM) {
-        const int bit = 16 - name.mid(3).toInt();
-        txtWALM->setDigit(bit, item == 1 ? '1' : '0');
+    switch (ops->effect) {
+    case FieldEffect::CurrentGain: session.general.imeasGain = qz::currentGainOf(item); break;
+    case FieldEffect::SendAtOnce: session.SPIout(word); break;
+    case FieldEffect::AlarmDigit: txtWALM->setDigit(qz::alarmBitOf(*ops), item == 1 ? '1' : '0'); break;
+    default: break;
     }
-    if (ops->twin) setTwin(name, item);
+    if (ops->twin) forms::setTwin(nav, forms::Form::frmMain, name, item);
     showWord(word);
-}
-
-void frmMAINQZ7740::setTwin(const QString& control, int item) {
-    QWidget* front = nav.load(QStringLiteral("frmMain"));
-    if (!front) return;
-    if (auto* list = front->findChild<QComboBox*>(control)) forms::setListIndex(list, item);
-    else if (auto* box = front->findChild<QCheckBox*>(control)) forms::setChecked(box, item == 1);
 }
 
 void frmMAINQZ7740::cmdWRITESYS_Click() {
@@ -292,18 +253,20 @@ void frmMAINQZ7740::cmdALAM_Click() {
 
 void frmMAINQZ7740::Command1_Click() {
     // Opens the chip's test registers, reads the revision and closes them again.
-    session.SPIout(0x56A7C2);
-    session.SPIout(0x56B1D8);
-    session.SPIout(0x52C4E8);
-    session.SPIout(0xD30000);
+    for (int32_t key : qz::wire::kRevisionKeys) session.SPIout(key);
+    session.SPIout(qz::wire::kRevisionRead);
     const int32_t revision = session.usb.ReadSPIWord() & 0xFF;
-    Text2->setText(QString::fromStdString(qz::NumberToHex(revision, 6)));
-    session.SPIout(0x56B1DA);
+    Text2->setText(forms::hexText(revision, 6));
+    session.SPIout(qz::wire::kRevisionClose);
 }
 
-void frmMAINQZ7740::chkHWINHB_Click() { session.usb.SendRequest(chkHWINHB->isChecked() ? 226 : 227); }
+void frmMAINQZ7740::chkHWINHB_Click() {
+    session.usb.SendRequest(chkHWINHB->isChecked() ? qz::wire::kHwInhibitOff : qz::wire::kHwInhibitOn);
+}
 
-void frmMAINQZ7740::chkCLEN_Click() { session.usb.SendRequest(chkCLEN->isChecked() ? 234 : 235); }
+void frmMAINQZ7740::chkCLEN_Click() {
+    session.usb.SendRequest(chkCLEN->isChecked() ? qz::wire::kClampPinOn : qz::wire::kClampPinOff);
+}
 
 void frmMAINQZ7740::DecToBinSYS(int32_t word) { txtSYS->mirror(word, qz::kDecToBinSYS); }
 void frmMAINQZ7740::DecToBinPMU(int32_t word) { txtPMU->mirror(word, qz::kDecToBinPMU); }

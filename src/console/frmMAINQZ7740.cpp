@@ -1,13 +1,15 @@
 #include "console/frmMAINQZ7740.h"
 
+#include "board/Wire.h"
 #include "forms/BitRow.h"
 #include "forms/Build.h"
 #include "forms/Controls.h"
 #include "forms/Entry.h"
+#include "forms/Menus.h"
 #include "forms/MessageBox.h"
 #include "forms/TabControl.h"
 #include "levels/EntryField.h"
-#include "registers/HexText.h"
+#include "registers/RegisterMap.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -15,7 +17,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenuBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
@@ -23,8 +24,7 @@
 using forms::makeButton;
 
 frmMAINQZ7740::frmMAINQZ7740(qz::Session& s, forms::Navigator& n, QWidget* parent)
-    : forms::Panel(s, n, QStringLiteral("frmMAINQZ7740"), QStringLiteral("QZ7740 MAIN MENU"),
-                   parent) {
+    : forms::Panel(s, n, forms::Form::frmMAINQZ7740, QStringLiteral("QZ7740 MAIN MENU"), parent) {
     auto* central = new QWidget(this);
     auto* v = new QVBoxLayout(central);
     QZ7740 = new forms::TabControl(QStringLiteral("QZ7740"), 5, central);
@@ -42,7 +42,19 @@ frmMAINQZ7740::frmMAINQZ7740(qz::Session& s, forms::Navigator& n, QWidget* paren
     v->addWidget(QZ7740, 1);
     v->addWidget(buildWordBar());
     setCentralWidget(central);
-    buildMenus();
+    using forms::Form;
+    using forms::Menu;
+    using forms::MenuAction;
+    // The console is never unloaded: it holds the word box that shows every word sent.
+    forms::buildMenuBar(*this, {
+        {Menu::File, "mnuClose", "Close", MenuAction::Hide},
+        {Menu::File, "mnuExit", "Exit", MenuAction::Exit},
+        {Menu::View, "mnuMain", "Main Menu", MenuAction::Show, Form::frmMain},
+        {Menu::View, "mnuPOT", "Sweep Voltage Measurements", MenuAction::Show, Form::frmMeasure},
+        {Menu::View, "mnuMeas", "Diagnostic functions", MenuAction::Show, Form::frmDIAG},
+        {Menu::View, "mnuComp", "Compensation Registers", MenuAction::Show, Form::frmCompensation},
+        {Menu::Help, "mnuAbout", "About", MenuAction::Show, Form::frmAbout},
+    });
     wireDacPages();
     wireDacEntries();
 
@@ -57,10 +69,10 @@ QWidget* frmMAINQZ7740::buildWordBar() {
     auto* wordBox = new QWidget(bar);
     auto* words = new QGridLayout(wordBox);
     words->setContentsMargins(0, 0, 0, 0);
-    words->addWidget(new QLabel(QStringLiteral("WRITE"), bar), 0, 0);
+    words->addWidget(forms::makeCaption("WRITE", bar), 0, 0);
     Text1 = forms::makeHexBox(QStringLiteral("Text1"), QString(), 8, bar);
     words->addWidget(Text1, 1, 0);
-    words->addWidget(new QLabel(QStringLiteral("READ"), bar), 0, 1);
+    words->addWidget(forms::makeCaption("READ", bar), 0, 1);
     lblREADSPI = forms::makeHexBox(QStringLiteral("lblREADSPI"), QString(), 8, bar);
     lblREADSPI->setReadOnly(true);
     lblREADSPI->setFocusPolicy(Qt::NoFocus);
@@ -92,7 +104,7 @@ QWidget* frmMAINQZ7740::buildSwitchPanel() {
     auto* g = new QGridLayout(frame);
     Check1 = forms::makeCheck(QStringLiteral("Check1"), QStringLiteral("SWITCH ENABLED"), true, frame);
     g->addWidget(Check1, 0, 0, 1, 4);
-    g->addWidget(new QLabel(QStringLiteral("Output"), frame), 1, 0, 1, 4);
+    g->addWidget(forms::makeCaption("Output", frame), 1, 0, 1, 4);
     const char* channels[4] = {"MEASOUT", "GND", "VREF", "GND"};
     for (int i = 0; i < 4; ++i) {
         optComp0[static_cast<size_t>(i)] =
@@ -105,53 +117,14 @@ QWidget* frmMAINQZ7740::buildSwitchPanel() {
     return frame;
 }
 
-void frmMAINQZ7740::buildMenus() {
-    QMenu* file = menuBar()->addMenu(QStringLiteral("File"));
-    file->setObjectName(QStringLiteral("mnuFile"));
-    QMenu* view = menuBar()->addMenu(QStringLiteral("View"));
-    view->setObjectName(QStringLiteral("mnuView"));
-    QMenu* help = menuBar()->addMenu(QStringLiteral("Help"));
-    help->setObjectName(QStringLiteral("mnuHelp"));
-    auto entry = [this](QMenu* menu, const char* name, const char* caption,
-                        std::function<void()> action) {
-        QAction* a = menu->addAction(QString::fromLatin1(caption));
-        a->setObjectName(QString::fromLatin1(name));
-        connect(a, &QAction::triggered, this, [action] { action(); });
-        return a;
-    };
-    // The console is never unloaded: it holds the word box that shows every word sent.
-    entry(file, "mnuClose", "Close", [this] { hide(); });
-    entry(file, "mnuExit", "Exit", [] { forms::endProgram(); });
-    struct Target {
-        const char* name;
-        const char* caption;
-        const char* form;
-        QMenu* menu;
-    };
-    const Target targets[] = {
-        {"mnuMain", "Main Menu", "frmMain", view},
-        {"mnuPOT", "Sweep Voltage Measurements", "frmMeasure", view},
-        {"mnuMeas", "Diagnostic functions", "frmDIAG", view},
-        {"mnuComp", "Compensation Registers", "frmCompensation", view},
-        {"mnuAbout", "About", "frmAbout", help},
-    };
-    for (const Target& t : targets) {
-        const QString form = QString::fromLatin1(t.form);
-        QAction* a = entry(t.menu, t.name, t.caption, [this, form] { nav.show(form); });
-        // A panel this program does not have yet cannot be opened.
-        connect(t.menu, &QMenu::aboutToShow, a, [this, a, form] { a->setEnabled(nav.has(form)); });
-        a->setEnabled(nav.has(form));
-    }
-}
-
 void frmMAINQZ7740::Form_Load() {
     qz::General& g = session.general;
     session.usb.LoadUSB();
     QZ7740->setCurrentIndex(0);
     g.SYSreg = qz::kSYSregStart;
-    session.usb.SendRequest(228, 1);  // SW8130 channel 1
-    session.usb.SendRequest(229);     // SW8130 enabled
-    session.usb.SendRequest(226);     // /HW-INH not inhibiting
+    session.usb.SendRequest(qz::wire::kSwitchChannel, 1);
+    session.usb.SendRequest(qz::wire::kSwitchEnable);
+    session.usb.SendRequest(qz::wire::kHwInhibitOff);
     session.SPIout(g.SYSreg);
     session.SPIout(g.SYSreg);
     DecToBinSYS(g.SYSreg);
@@ -163,15 +136,15 @@ void frmMAINQZ7740::Form_Load() {
     DecToBinDPS2(g.DPS2reg);
     g.ALMreg = qz::kALMregStart;
     session.SPIout(g.ALMreg);
-    compDACread = 0x930000;
-    session.usb.SendRequest(229);
-    session.usb.SendRequest(234);  // CL EN pin on
+    compDACread = qz::readCommandOf(qz::comparatorAddress(qz::Comparator::CPL, 0, qz::DacMember::X1));
+    session.usb.SendRequest(qz::wire::kSwitchEnable);
+    session.usb.SendRequest(qz::wire::kClampPinOn);
     optRef_Click(0);
-    Text1->setText(QString::fromStdString(qz::NumberToHex(g.SYSreg, 6)));
+    showWord(g.SYSreg);
     // The front panel takes over once the program has one.
-    if (nav.has(QStringLiteral("frmMain"))) {
+    if (nav.has(forms::Form::frmMain)) {
         hide();
-        nav.show(QStringLiteral("frmMain"));
+        nav.show(forms::Form::frmMain);
     } else {
         show();
     }
@@ -191,55 +164,42 @@ void frmMAINQZ7740::QZ7740_Click(int) {
     }
 }
 
-void frmMAINQZ7740::showWord(int32_t word) {
-    Text1->setText(QString::fromStdString(qz::NumberToHex(word, 6)));
-}
+void frmMAINQZ7740::showWord(int32_t word) { Text1->setText(forms::hexText(word, 6)); }
 
 void frmMAINQZ7740::Text1_KeyPress(int keyAscii) {
     if (keyAscii != 13 || session.general.entryBusy) return;
     const qz::FieldCheck c = qz::checkWordEntry(Text1->text().toStdString());
-    if (!c.ok) {
-        forms::refuseEntry(Text1, c.message);
-        return;
-    }
-    Text1->setText(QString::fromStdString(c.text));
-    session.SPIout(c.value);
+    if (forms::take(Text1, c)) session.SPIout(c.value);
 }
 
 void frmMAINQZ7740::Text1_LostFocus() {
-    const qz::FieldCheck c = qz::checkWordOnLeave(Text1->text().toStdString());
-    if (!c.ok) {
-        forms::refuseEntry(Text1, c.message);
-        return;
-    }
-    Text1->setText(QString::fromStdString(c.text));
+    forms::take(Text1, qz::checkWordOnLeave(Text1->text().toStdString()));
 }
 
 void frmMAINQZ7740::cmdREADADC_Click() {
-    session.usb.SendRequest(232);
-    const int32_t code = session.usb.ReadADCWord();
-    lblREADSPI->setText(QString::fromStdString(qz::NumberToHex(code, 6)));
+    session.usb.SendRequest(qz::wire::kAdcConvert);
+    lblREADSPI->setText(forms::hexText(session.usb.ReadADCWord(), 6));
 }
 
 void frmMAINQZ7740::cmdRESET_Click() {
     if (session.general.entryBusy) return;
-    session.usb.SendRequest(219);
+    session.usb.SendRequest(qz::wire::kChipReset);
     Text1->setText(QStringLiteral("000000"));
     // Reading the alarm status with clear drops the alarms the reset left latched.
-    session.SPIout(0xC40000);
+    session.SPIout(qz::readCommandOf(qz::reg::kAlarmStatusClear));
 }
 
 void frmMAINQZ7740::cmdEXIT_Click() { forms::endProgram(); }
 
 void frmMAINQZ7740::Check1_Click() {
     if (session.general.entryBusy) return;
-    session.usb.SendRequest(Check1->isChecked() ? 229 : 230);
+    session.usb.SendRequest(Check1->isChecked() ? qz::wire::kSwitchEnable : qz::wire::kSwitchDisable);
 }
 
 void frmMAINQZ7740::optComp0_Click(int index) {
     if (session.general.entryBusy) return;
     if (session.general.SYSreg & 0x2000) {
-        session.usb.SendRequest(228, index, false);
+        session.usb.SendRequest(qz::wire::kSwitchChannel, index, false);
     } else {
         // With MEASOUT gain 1 the switch is not moved: the output stays on ground.
         forms::selectOption(optComp0[3]);

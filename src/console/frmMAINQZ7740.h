@@ -6,6 +6,7 @@
 #include "levels/FieldTable.h"
 
 #include <array>
+#include <initializer_list>
 #include <optional>
 
 class QCheckBox;
@@ -237,16 +238,11 @@ private:
     void wireDacEntries();
     void hexEntry(QLineEdit* box, qz::HexFieldId id, int index);
     QLineEdit* x1BoxOf(qz::HexFieldId id) const;
-    bool readCode(QLineEdit* box, int32_t& code);
     QWidget* buildWordBar();
     QWidget* buildSwitchPanel();
-    void buildMenus();
 
-    // Ties a field control of the write tabs to its operation.
-    void field(QComboBox* list);
-    void field(QCheckBox* box);
-    int32_t& shadowOf(const QString& control);
-    void setTwin(const QString& control, int item);
+    // Ties the field controls of the write tabs to fieldClick.
+    void fields(std::initializer_list<QWidget*> controls);
     void showWord(int32_t word);
     // One read of the chip: the command through SPIout, then the reply. readRegister also
     // shows the reply in lblREADSPI; the DAC page's side reads leave that box alone.

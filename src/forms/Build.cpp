@@ -2,6 +2,7 @@
 
 #include "forms/Controls.h"
 #include "forms/Entry.h"
+#include "registers/HexText.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -11,6 +12,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QVBoxLayout>
 
 namespace forms {
 
@@ -55,9 +57,14 @@ QRadioButton* makeOption(const QString& name, const QString& caption, QWidget* p
 
 QComboBox* makeList(const QString& name, std::initializer_list<const char*> items,
                     const QString& startText, QWidget* parent) {
+    return makeList(name, itemsOf(items), startText, parent);
+}
+
+QComboBox* makeList(const QString& name, const QStringList& items, const QString& startText,
+                    QWidget* parent) {
     auto* c = new QComboBox(parent);
     c->setObjectName(name);
-    for (const char* item : items) c->addItem(QString::fromUtf8(item));
+    c->addItems(items);
     // The list's text box holds a text of its own until an item is chosen ("2.5mA" before
     // any of the range items is picked): that text is the list's current text. Nobody
     // types into it; a press on it opens the list as a press on the arrow does.
@@ -97,6 +104,43 @@ QLineEdit* makeHexBox(const QString& name, const QString& text, int chars, QWidg
     return e;
 }
 
+QLineEdit* makeEntryBox(const qz::HexField& field, QWidget* parent, int k) {
+    const QString name = k < 0 ? QString::fromLatin1(field.name) : member(field.name, k);
+    return makeHexBox(name, QString::fromLatin1(field.startText), 4, parent);
+}
+
+QLineEdit* makeOutBox(const QString& name, QWidget* parent, int chars) {
+    QLineEdit* e = makeHexBox(name, QString(), chars, parent);
+    e->setReadOnly(true);
+    return e;
+}
+
 QGroupBox* makeFrame(const QString& title, QWidget* parent) { return new QGroupBox(title, parent); }
+
+QLabel* makeCaption(const char* text, QWidget* parent) {
+    return new QLabel(QString::fromUtf8(text), parent);
+}
+
+QLabel* makeHead(const char* text, QWidget* parent) {
+    QLabel* l = makeCaption(text, parent);
+    QFont f = l->font();
+    f.setBold(true);
+    l->setFont(f);
+    return l;
+}
+
+QLabel* makeNote(const char* text, QWidget* parent) {
+    QLabel* l = makeCaption(text, parent);
+    l->setWordWrap(true);
+    return l;
+}
+
+QWidget* makePage(QWidget* parent, QVBoxLayout*& column) {
+    auto* p = new QWidget(parent);
+    column = new QVBoxLayout(p);
+    return p;
+}
+
+QString hexText(int32_t n, int width) { return QString::fromStdString(qz::NumberToHex(n, width)); }
 
 } // namespace forms

@@ -1,9 +1,15 @@
 #pragma once
 // Small builders for named controls: every control carries its name as its objectName.
 
-#include <QString>
+#include "levels/FieldTable.h"
 
+#include <QString>
+#include <QStringList>
+
+#include <cstdint>
+#include <functional>
 #include <initializer_list>
+#include <string>
 
 class QCheckBox;
 class QComboBox;
@@ -12,6 +18,7 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
+class QVBoxLayout;
 class QWidget;
 
 namespace forms {
@@ -20,14 +27,40 @@ QPushButton* makeButton(const QString& name, const QString& caption, QWidget* pa
 QCheckBox* makeCheck(const QString& name, const QString& caption, bool checked, QWidget* parent);
 QRadioButton* makeOption(const QString& name, const QString& caption, QWidget* parent);
 // A list with its items; startText shows while no item is chosen.
+QComboBox* makeList(const QString& name, const QStringList& items, const QString& startText,
+                    QWidget* parent);
 QComboBox* makeList(const QString& name, std::initializer_list<const char*> items,
                     const QString& startText, QWidget* parent);
+// The items of a list from a table of the program: each entry, or what proj makes of it.
+template <typename Table, typename Proj = std::identity>
+QStringList itemsOf(const Table& table, Proj proj = {}) {
+    QStringList items;
+    for (const auto& entry : table) items << QString::fromUtf8(std::invoke(proj, entry));
+    return items;
+}
 QLabel* makeLabel(const QString& name, const QString& caption, QWidget* parent);
 // A label drawn as a sunken box, for status texts.
 QLabel* makeStatus(const QString& name, const QString& caption, QWidget* parent);
 // An entry box for hexadecimal codes: fixed-width font, wide enough for chars digits.
 QLineEdit* makeHexBox(const QString& name, const QString& text, int chars, QWidget* parent);
+// The box of an entry field of the table, with its start text; a member of a control
+// array when member is 0 or more.
+QLineEdit* makeEntryBox(const qz::HexField& field, QWidget* parent, int member = -1);
+// An entry box's look with no typing: it shows a code.
+QLineEdit* makeOutBox(const QString& name, QWidget* parent, int chars = 8);
 QGroupBox* makeFrame(const QString& title, QWidget* parent);
+
+// Fixed texts of a panel: a caption, a bold heading, a note that wraps.
+QLabel* makeCaption(const char* text, QWidget* parent);
+QLabel* makeHead(const char* text, QWidget* parent);
+QLabel* makeNote(const char* text, QWidget* parent);
+// A page of a tab control, its controls in a column.
+QWidget* makePage(QWidget* parent, QVBoxLayout*& column);
+
+// Texts of the plain code as the panels show them.
+inline QString qtext(const std::string& s) { return QString::fromStdString(s); }
+// NumberToHex of n, width digits at the least.
+QString hexText(int32_t n, int width);
 
 // "name(k)", the name of a member of a control array.
 inline QString member(const char* name, int k) {

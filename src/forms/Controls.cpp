@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QRadioButton>
 #include <QAbstractItemView>
 #include <QEvent>
 
@@ -80,6 +81,26 @@ void selectOption(QAbstractButton* option) {
 }
 
 void click(QWidget* control) { run(control); }
+
+int itemOf(const QWidget* control) {
+    if (const auto* list = qobject_cast<const QComboBox*>(control)) return list->currentIndex();
+    if (const auto* box = qobject_cast<const QAbstractButton*>(control)) return box->isChecked() ? 1 : 0;
+    return -1;
+}
+
+void setItem(QWidget* control, int item) {
+    if (auto* list = qobject_cast<QComboBox*>(control)) {
+        setListIndex(list, item);
+    } else if (auto* option = qobject_cast<QRadioButton*>(control)) {
+        if (item != 0) selectOption(option);
+    } else if (auto* box = qobject_cast<QAbstractButton*>(control)) {
+        setChecked(box, item == 1);
+    }
+}
+
+void setTwin(Navigator& nav, Form panel, const QString& control, int item) {
+    if (auto* twin = controlOf<QWidget>(nav, panel, control)) setItem(twin, item);
+}
 
 void swallowKeys(QComboBox* list) {
     auto* filter = new InputFilter(list, true);

@@ -3,6 +3,8 @@
 // it; a change made by code through the setters below runs it only when the state
 // really changes, so that two twin controls setting each other stop after one round.
 
+#include "forms/Navigator.h"
+
 #include <functional>
 
 class QAbstractButton;
@@ -25,6 +27,18 @@ void selectOption(QAbstractButton* option);
 
 // Runs the click operation as if the user had picked (a handler calling another).
 void click(QWidget* control);
+
+// The item a field control stands at: a list's index (-1 while none is chosen), a check
+// box's state (1 checked, 0 not) or an option's selection (1 selected).
+int itemOf(const QWidget* control);
+// Sets a list's index, a check box's state or an option's selection to item, by the
+// setters above: the click operation runs only on a real change.
+void setItem(QWidget* control, int item);
+
+// The twin of a control: the control of the same name on another panel is set to item.
+// Its own click operation runs only when that changes it, so two twins setting each
+// other stop after one round, and a twin already at item sends nothing.
+void setTwin(Navigator& nav, Form panel, const QString& control, int item);
 
 // The list takes no keys and no wheel turns, nor does its open list: only a mouse pick
 // chooses.

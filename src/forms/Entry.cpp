@@ -1,5 +1,8 @@
 #include "forms/Entry.h"
 
+#include "forms/MessageBox.h"
+#include "levels/Numbers.h"
+
 #include <QEvent>
 #include <QFocusEvent>
 #include <QFontDatabase>
@@ -48,6 +51,33 @@ void onEnter(QLineEdit* box, std::function<void()> handler) {
 
 void onLeave(QLineEdit* box, std::function<void()> handler) {
     box->installEventFilter(new LeaveFilter(box, std::move(handler)));
+}
+
+void onEntry(QLineEdit* box, const bool& entryBusy, std::function<void()> enter) {
+    onEnter(box, [&entryBusy, enter = std::move(enter)] {
+        if (!entryBusy) enter();
+    });
+}
+
+namespace {
+bool show(QLineEdit* box, bool ok, const std::string& text, const std::string& message) {
+    if (!ok) {
+        refuseEntry(box, message);
+        return false;
+    }
+    box->setText(QString::fromStdString(text));
+    return true;
+}
+} // namespace
+
+bool take(QLineEdit* box, const qz::FieldCheck& c) { return show(box, c.ok, c.text, c.message); }
+
+bool take(QLineEdit* box, const qz::DecimalCheck& c) { return show(box, c.ok, c.text, c.message); }
+
+std::optional<int32_t> readCode(QLineEdit* box) {
+    const std::optional<int32_t> code = qz::readDacCode(box->text().toStdString());
+    if (!code) refuseEntry(box, qz::kNotValidNumber);
+    return code;
 }
 
 QFont hexFont() {

@@ -1,7 +1,14 @@
 #pragma once
-// Key and focus events of an entry box.
+// Entry boxes: their key and focus events, and the pattern by which a typed text becomes
+// a value. Nothing happens until Enter; then the box's check gives the value and the
+// tidied text, or a refusal: the "Entry Error" warning with its text, the box emptied
+// and focused, and nothing sent.
 
+#include "levels/EntryField.h"
+
+#include <cstdint>
 #include <functional>
+#include <optional>
 
 class QFont;
 class QLineEdit;
@@ -14,6 +21,18 @@ void onEnter(QLineEdit* box, std::function<void()> handler);
 // Runs handler when the box loses the focus to another control of the program; not
 // when the whole window loses it (another program, or a message box coming up).
 void onLeave(QLineEdit* box, std::function<void()> handler);
+
+// An entry box of the pattern: on Enter, unless entryBusy is set, `enter` runs.
+void onEntry(QLineEdit* box, const bool& entryBusy, std::function<void()> enter);
+
+// A check's verdict on its box: a refusal is shown and gives false; a good entry puts
+// the tidied text in the box and gives true.
+bool take(QLineEdit* box, const qz::FieldCheck& check);
+bool take(QLineEdit* box, const qz::DecimalCheck& check);
+
+// The DAC code a box holds (OFFSET, m, c, x1), read by a routine rather than by the
+// box's own Enter; a box that holds no code is refused as not a valid number.
+std::optional<int32_t> readCode(QLineEdit* box);
 
 // The fixed-width font in which words and codes are shown.
 QFont hexFont();

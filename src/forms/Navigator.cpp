@@ -2,33 +2,33 @@
 
 namespace forms {
 
-void Navigator::registerForm(const QString& name, Factory factory, Loader load) {
-    factories_[name] = {std::move(factory), std::move(load)};
+void Navigator::registerForm(Form form, Factory factory, Loader load) {
+    factories_[form] = {std::move(factory), std::move(load)};
 }
 
-void Navigator::adopt(const QString& name, QWidget* form) { forms_[name] = form; }
+void Navigator::adopt(Form form, QWidget* instance) { forms_[form] = instance; }
 
-bool Navigator::has(const QString& name) const {
-    return factories_.count(name) != 0 || loaded(name) != nullptr;
+bool Navigator::has(Form form) const {
+    return factories_.count(form) != 0 || loaded(form) != nullptr;
 }
 
-QWidget* Navigator::loaded(const QString& name) const {
-    const auto it = forms_.find(name);
+QWidget* Navigator::loaded(Form form) const {
+    const auto it = forms_.find(form);
     return it == forms_.end() ? nullptr : it->second.data();
 }
 
-QWidget* Navigator::load(const QString& name) {
-    if (QWidget* f = loaded(name)) return f;
-    const auto it = factories_.find(name);
+QWidget* Navigator::load(Form form) {
+    if (QWidget* f = loaded(form)) return f;
+    const auto it = factories_.find(form);
     if (it == factories_.end()) return nullptr;
     QWidget* f = it->second.create();
-    forms_[name] = f;
+    forms_[form] = f;
     if (it->second.load) it->second.load(f);
     return f;
 }
 
-QWidget* Navigator::show(const QString& name) {
-    QWidget* f = load(name);
+QWidget* Navigator::show(Form form) {
+    QWidget* f = load(form);
     if (!f) return nullptr;
     f->show();
     f->raise();
@@ -36,8 +36,8 @@ QWidget* Navigator::show(const QString& name) {
     return f;
 }
 
-void Navigator::unload(const QString& name) {
-    const auto it = forms_.find(name);
+void Navigator::unload(Form form) {
+    const auto it = forms_.find(form);
     if (it == forms_.end()) return;
     if (QWidget* f = it->second.data()) {
         f->hide();

@@ -1,10 +1,12 @@
 #pragma once
 // The single instance of every panel: created, with its load, when it is first needed,
-// shown modeless beside the others, unloaded on "Close". Panels reach each other by
-// name, so a panel never needs the header of a panel in a room below its own.
+// shown modeless beside the others, unloaded on "Close". Panels reach each other through
+// the navigator by name, so a panel never needs the header of a panel in a room below
+// its own.
+
+#include "forms/Forms.h"
 
 #include <QPointer>
-#include <QString>
 #include <QWidget>
 
 #include <functional>
@@ -14,39 +16,39 @@ namespace forms {
 
 class Navigator {
 public:
-    // Creates the panel; its load runs after the instance is known by name, since a
-    // load may reach for its own panel through a twin on another panel.
+    // Creates the panel; its load runs after the instance is known, since a load may
+    // reach for its own panel through a twin on another panel.
     using Factory = std::function<QWidget*()>;
     using Loader = std::function<void(QWidget*)>;
 
-    void registerForm(const QString& name, Factory factory, Loader load = {});
+    void registerForm(Form form, Factory factory, Loader load = {});
     // Takes a panel that exists already (the console that the program starts with).
-    void adopt(const QString& name, QWidget* form);
+    void adopt(Form form, QWidget* instance);
 
     // Whether this program has the panel at all.
-    bool has(const QString& name) const;
+    bool has(Form form) const;
     // The instance, or nullptr while it is not loaded.
-    QWidget* loaded(const QString& name) const;
+    QWidget* loaded(Form form) const;
     // The instance, created and loaded if need be; nullptr for a panel the program lacks.
-    QWidget* load(const QString& name);
+    QWidget* load(Form form);
     // Loads the panel, shows it and brings it forward.
-    QWidget* show(const QString& name);
+    QWidget* show(Form form);
     // Removes the panel; its next showing loads it afresh.
-    void unload(const QString& name);
+    void unload(Form form);
 
 private:
     struct Entry {
         Factory create;
         Loader load;
     };
-    std::map<QString, Entry> factories_;
-    std::map<QString, QPointer<QWidget>> forms_;
+    std::map<Form, Entry> factories_;
+    std::map<Form, QPointer<QWidget>> forms_;
 };
 
-// A control of a loaded panel, by name; nullptr when the panel or the control is absent.
-template <typename T>
-T* controlOf(Navigator& nav, const QString& form, const QString& control) {
-    QWidget* f = nav.loaded(form);
+// A control of another panel, by name. As with the forms of old, reaching for a control
+// loads its panel; nullptr when the program lacks the panel or the panel the control.
+template <typename T> T* controlOf(Navigator& nav, Form form, const QString& control) {
+    QWidget* f = nav.load(form);
     return f ? f->findChild<T*>(control) : nullptr;
 }
 

@@ -6,10 +6,9 @@
 
 namespace forms {
 
-Panel::Panel(qz::Session& s, Navigator& n, const QString& name, const QString& title,
-             QWidget* parent)
-    : QMainWindow(parent), session(s), nav(n) {
-    setObjectName(name);
+Panel::Panel(qz::Session& s, Navigator& n, Form f, const QString& title, QWidget* parent)
+    : QMainWindow(parent), session(s), nav(n), form(f) {
+    setObjectName(formName(f));
     setWindowTitle(title + QString::fromStdString(s.usb.titleSuffix()));
     link_ = new QLabel(this);
     link_->setObjectName(QStringLiteral("linkStatus"));

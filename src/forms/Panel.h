@@ -13,11 +13,12 @@ namespace forms {
 
 class Panel : public QMainWindow {
 public:
-    Panel(qz::Session& session, Navigator& navigator, const QString& name, const QString& title,
+    Panel(qz::Session& session, Navigator& navigator, Form form, const QString& title,
           QWidget* parent = nullptr);
 
     qz::Session& session;
     Navigator& nav;
+    const Form form;
 
 private:
     QLabel* link_;

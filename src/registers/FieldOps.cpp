@@ -1,5 +1,7 @@
 #include "registers/FieldOps.h"
 
+#include <bit>
+
 namespace qz {
 
 namespace {
@@ -9,8 +11,9 @@ constexpr FieldOp set(int32_t s) { return {kKeepAll, s}; }
 constexpr int32_t clear(int32_t bits) { return ~bits; }
 
 // A field of n items that keeps the same bits for every item and puts the index at shift.
-constexpr ControlOps indexed(const char* name, Shadow sh, int n, int32_t k, int shift, bool twin) {
-    ControlOps c{name, sh, n, {}, twin};
+constexpr ControlOps indexed(const char* name, Shadow sh, int n, int32_t k, int shift, bool twin,
+                             FieldEffect effect = FieldEffect::None) {
+    ControlOps c{name, sh, n, {}, twin, effect};
     for (int i = 0; i < n; ++i) c.ops[i] = {k, i << shift};
     return c;
 }
@@ -21,7 +24,9 @@ constexpr ControlOps check(const char* name, Shadow sh, int32_t k, int32_t bit, 
 
 // The alarm setup boxes: chkN latches or disables one alarm at bit 16 - N.
 constexpr ControlOps alarmBox(const char* name, int n, int32_t k) {
-    return check(name, Shadow::ALM, k, 1 << (16 - n), false);
+    ControlOps c = check(name, Shadow::ALM, k, 1 << (16 - n), false);
+    c.effect = FieldEffect::AlarmDigit;
+    return c;
 }
 
 const ControlOps kControls[] = {
@@ -29,8 +34,8 @@ const ControlOps kControls[] = {
     {"chkPD", Shadow::SYS, 2, {keep(0x1FC00), set(0x0200)}, true},
     {"chkFINGND", Shadow::SYS, 2, {keep(clear(0x9FF)), set(0x0800)}, false},
     {"CPEN", Shadow::SYS, 2, {keep(clear(0x5FF)), set(0x0400)}, false},
-    {"IMEASG", Shadow::SYS, 2, {keep(clear(0x10FF)), set(0x1000)}, true},
-    {"MEASOUTG", Shadow::SYS, 2, {set(0x2000), keep(clear(0x20FF))}, true},
+    {"IMEASG", Shadow::SYS, 2, {keep(clear(0x10FF)), set(0x1000)}, true, FieldEffect::CurrentGain},
+    {"MEASOUTG", Shadow::SYS, 2, {set(0x2000), keep(clear(0x20FF))}, true, FieldEffect::GainWarning},
     {"tempset", Shadow::SYS, 4,
      {keep(0x13FFF & 0x3FE00), keep(0x13FFF, 0x4000), keep(0x13FFF, 0x8000), keep(0x13FFF, 0xC000)},
      true},
@@ -45,7 +50,7 @@ const ControlOps kControls[] = {
     {"cboSysforce", Shadow::DPS2, 2, {keep(0x37F00), keep(0x37F00, 0x8000)}, true},
     indexed("cboSlew", Shadow::DPS2, 8, 0x38F00, 12, true),
     check("chkGPO", Shadow::DPS2, 0x3F700, 0x0800, true),
-    indexed("cboSlave", Shadow::DPS2, 4, 0x3F900, 9, true),
+    indexed("cboSlave", Shadow::DPS2, 4, 0x3F900, 9, true, FieldEffect::SendAtOnce),
     check("chk10k", Shadow::DPS2, 0x3FE00, 0x0100, true),
     {"Check2", Shadow::DPS2, 2, {keep(0x3FF00), keep(0x3FF80, 0x0080)}, false},
     // Alarm setup
@@ -67,6 +72,22 @@ const ControlOps* findControl(std::string_view name) {
     for (const ControlOps& c : kControls)
         if (name == c.name) return &c;
     return nullptr;
+}
+
+int32_t& shadowWord(General& g, Shadow shadow) {
+    switch (shadow) {
+    case Shadow::SYS: return g.SYSreg;
+    case Shadow::PMU: return g.PMUreg;
+    case Shadow::DPS2: return g.DPS2reg;
+    case Shadow::ALM: return g.ALMreg;
+    }
+    return g.SYSreg;
+}
+
+float currentGainOf(int item) { return item == 1 ? 10.0f : 20.0f; }
+
+int alarmBitOf(const ControlOps& control) {
+    return std::countr_zero(static_cast<uint32_t>(control.ops[1].set));
 }
 
 int32_t applyField(int32_t word, const ControlOps& control, int item) {

@@ -3,6 +3,8 @@
 // shadow word: the word is ANDed with the item's mask, which clears the field and the
 // register's unused data bits, then ORed with the item's bits.
 
+#include "registers/General.h"
+
 #include <cstdint>
 #include <string_view>
 
@@ -17,13 +19,23 @@ struct FieldOp {
 
 inline constexpr int32_t kKeepAll = -1;
 
+// What a control does besides its field, in the order the handlers do it.
+enum class FieldEffect {
+    None,
+    CurrentGain,  // item 0: imeasGain 20, item 1: 10
+    GainWarning,  // item 1 shows the MEASOUT gain warning first, without waiting for it
+    SendAtOnce,   // the console sends the word at once, WRITE button or not
+    AlarmDigit,   // the console's txtWALM box of the control's bit gets its "0" or "1"
+};
+
 // The operations of one control; for a check box item 0 is unchecked and item 1 checked.
 struct ControlOps {
     const char* name;
     Shadow shadow;
     int items;
     FieldOp ops[8];
-    bool twin;  // a control of the same name on the front panel mirrors it
+    bool twin;  // a control of the same name on the other panel mirrors it
+    FieldEffect effect = FieldEffect::None;
 };
 
 // The control of that name, or nullptr.
@@ -31,5 +43,14 @@ const ControlOps* findControl(std::string_view name);
 
 // The word after item of control; a word outside the items comes back unchanged.
 int32_t applyField(int32_t word, const ControlOps& control, int item);
+
+// The shadow word a control works on.
+int32_t& shadowWord(General& general, Shadow shadow);
+
+// The current-sense gain of IMEASG's item: 20 for item 0, 10 for item 1.
+float currentGainOf(int item);
+
+// The bit of an alarm setup box (chk1 is bit 15, chk10 bit 6): the bit its item 1 sets.
+int alarmBitOf(const ControlOps& control);
 
 } // namespace qz

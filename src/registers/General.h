@@ -32,8 +32,9 @@ struct General {
     float VoutMax = 0.0f;     // output limits of the present codes, volts
     float VoutMin = 0.0f;
 
-    // Raised by an entry field while it handles Enter; entry fields and many buttons do
-    // nothing while it is set.
+    // Set by an entry field on Enter and cleared before it goes on, so that no handler
+    // finds it set; the entry fields and the buttons that test it keep their guard all the
+    // same, as a handler run from inside an entry would need it.
     bool entryBusy = false;
 };
 

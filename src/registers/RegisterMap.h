@@ -9,6 +9,26 @@
 
 namespace qz {
 
+// The addresses the panels name.
+namespace reg {
+inline constexpr int kSystemControl = 0x01;
+inline constexpr int kDPS1 = 0x02;
+inline constexpr int kDPS2 = 0x03;
+inline constexpr int kComp1 = 0x04;
+inline constexpr int kComp2 = 0x05;
+inline constexpr int kAlarmSetup = 0x06;
+inline constexpr int kDiag = 0x07;
+inline constexpr int kFinX1 = 0x08;
+inline constexpr int kOffset = 0x0B;
+inline constexpr int kRampEnd = 0x3E;
+inline constexpr int kRampStep = 0x3F;
+inline constexpr int kRclkDivider = 0x40;
+inline constexpr int kRampEnable = 0x41;     // 0x41FFFF enables and starts the ramp
+inline constexpr int kRampInterrupt = 0x42;  // 0x420000 interrupts it
+inline constexpr int kAlarmStatus = 0x43;
+inline constexpr int kAlarmStatusClear = 0x44; // the read also clears the latched alarms
+} // namespace reg
+
 struct Register {
     int address;
     int32_t readCommand;  // -1: never read back
@@ -19,9 +39,12 @@ struct Register {
 const Register* findRegister(int address);
 
 // The read command of a register: the address with the R/W bit set, in bits 23..16.
-constexpr int32_t readCommandOf(int address) { return (address + 128) * 65536; }
-// The write word of a register with its data.
-constexpr int32_t writeWord(int address, int32_t data) { return address * 65536 + data; }
+constexpr int32_t readCommandOf(int address) { return (0x80 | (address & 0x7F)) << 16; }
+// The write word of a register with its data: the address in bits 22..16, the data in
+// bits 15..0; neither can spill into the other.
+constexpr int32_t writeWord(int address, int32_t data) {
+    return (address & 0x7F) << 16 | (data & 0xFFFF);
+}
 
 // The comparator DACs: one x1, m, c triple per current range, CPL and CPH, in the order
 // of the read page's range list. The "Voltage Range" row stands apart from the others:
@@ -29,9 +52,23 @@ constexpr int32_t writeWord(int address, int32_t data) { return address * 65536 
 enum class Comparator { CPL = 0, CPH = 1 };
 enum class DacMember { X1 = 0, M = 1, C = 2 };
 inline constexpr int kComparatorRows = 8;
-inline constexpr const char* kComparatorRowNames[kComparatorRows] = {
-    "5uA", "25uA", "250uA", "2.5mA", "25mA", "Ext1 Range", "Ext2 Range", "Voltage Range"};
+struct ComparatorRow {
+    const char* item;    // in the read page's range list
+    const char* caption; // beside the row of boxes on the write page
+};
+inline constexpr ComparatorRow kComparatorRowNames[kComparatorRows] = {
+    {"5uA", "\u00B15uA"},          {"25uA", "\u00B125uA"},       {"250uA", "\u00B1250uA"},
+    {"2.5mA", "\u00B12.5mA"},      {"25mA", "\u00B125mA"},       {"Ext1 Range", "\u00B1Ext 1"},
+    {"Ext2 Range", "\u00B1Ext 2"}, {"Voltage Range", "Voltage Range"}};
+inline constexpr const char* kComparatorItems[2] = {"CPL", "CPH"};
+// The members of a DAC as its read list offers them.
+inline constexpr const char* kDacMemberItems[3] = {"x1 ", "m", "c"};
 int comparatorAddress(Comparator which, int row, DacMember member);
+
+// The DACs of the read page's other two lists, in list order; the item is the register's
+// name in the map.
+inline constexpr int kFinAuxDacs[] = {0x08, 0x09, 0x0A, 0x0C, 0x3D};
+inline constexpr int kClampDacs[] = {0x0D, 0x0E, 0x0F, 0x10, 0x11, 0x12};
 
 // Bit labels of the data bits, bit 15 first.
 inline constexpr DataLabels kDPS1Labels{

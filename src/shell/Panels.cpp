@@ -5,7 +5,7 @@
 namespace qz {
 
 void registerPanels(forms::Navigator& nav, Session& session) {
-    nav.registerForm(QStringLiteral("frmMEASOUTGAIN"),
+    nav.registerForm(forms::Form::frmMEASOUTGAIN,
                      [&nav, &session] { return new frmMEASOUTGAIN(session, nav); });
 }
 

@@ -1,7 +1,6 @@
 #include "shell/frmMEASOUTGAIN.h"
 
 #include "forms/Build.h"
-#include "registers/HexText.h"
 #include "shell/Texts.h"
 
 #include <QGridLayout>
@@ -13,7 +12,7 @@
 
 frmMEASOUTGAIN::frmMEASOUTGAIN(qz::Session& s, forms::Navigator& n, QWidget* parent)
     : QDialog(parent), session_(s), nav_(n) {
-    setObjectName(QStringLiteral("frmMEASOUTGAIN"));
+    setObjectName(forms::formName(forms::Form::frmMEASOUTGAIN));
     setWindowTitle(QStringLiteral("QZ7740 MEASOUT GAIN") + QString::fromStdString(s.usb.titleSuffix()));
     setModal(false);
     setAttribute(Qt::WA_DeleteOnClose);
@@ -48,19 +47,19 @@ frmMEASOUTGAIN::frmMEASOUTGAIN(qz::Session& s, forms::Navigator& n, QWidget* par
 }
 
 void frmMEASOUTGAIN::showOnConsole() {
-    if (auto* text1 = forms::controlOf<QLineEdit>(nav_, QStringLiteral("frmMAINQZ7740"), QStringLiteral("Text1")))
-        text1->setText(QString::fromStdString(qz::NumberToHex(session_.general.SYSreg, 6)));
+    if (auto* text1 = forms::controlOf<QLineEdit>(nav_, forms::Form::frmMAINQZ7740, QStringLiteral("Text1")))
+        text1->setText(forms::hexText(session_.general.SYSreg, 6));
 }
 
 void frmMEASOUTGAIN::cmdOK_Click() {
     session_.general.SYSreg &= ~0x20FF;
     showOnConsole();
-    nav_.unload(QStringLiteral("frmMEASOUTGAIN"));
+    nav_.unload(forms::Form::frmMEASOUTGAIN);
 }
 
 // "Cancel" puts the gain of 0.2 back in the shadow only; it goes out with the next write.
 void frmMEASOUTGAIN::cmdSysInfo_Click() {
     session_.general.SYSreg |= 0x2000;
     showOnConsole();
-    nav_.unload(QStringLiteral("frmMEASOUTGAIN"));
+    nav_.unload(forms::Form::frmMEASOUTGAIN);
 }

@@ -48,7 +48,7 @@ int main(int argc, char** argv) {
     forms::Navigator nav;
     qz::registerPanels(nav, session);
     frmMAINQZ7740 console(session, nav);
-    nav.adopt(QStringLiteral("frmMAINQZ7740"), &console);
+    nav.adopt(forms::Form::frmMAINQZ7740, &console);
     console.Form_Load();
     return app.exec();
 }

@@ -45,6 +45,8 @@ TEST_F(ConsoleDacWrite, FieldsTidyTheirTextAndWriteTheirRegister) {
     f->tabDACS->setCurrentIndex(1);
     h.trace.fresh();
     enter(f->txtFINM, QStringLiteral("FFFF0123"));
+    h.expectRefusal(f->txtFINM, "Number too large. Please reenter code between 0 and xFFFF.");
+    enter(f->txtFINM, QStringLiteral("00000123"));
     EXPECT_EQ(f->txtFINM->text(), QStringLiteral("0123")) << "eight digits keep their last four";
     enter(f->txtFINC, QStringLiteral("8100"));
     EXPECT_EQ(sent(), (std::vector<int>{0x090123, 0x0A8100}))
@@ -96,7 +98,7 @@ TEST_F(ConsoleDacWrite, HighClampCodeHasALowerBoundToo) {
     enter(f->txtCLHx1, QStringLiteral("7fff"));
     h.expectRefusal(f->txtCLHx1, "Number too small. Please reenter code between 0x8000 and 0xFFFF.");
     enter(f->txtCLHx1, QStringLiteral("FFFF8000"));
-    h.expectRefusal(f->txtCLHx1, "Number too small. Please reenter code between 0x8000 and 0xFFFF.");
+    h.expectRefusal(f->txtCLHx1, "Number too large. Please reenter code between 0 and 0xFFFF.");
     enter(f->txtCLHx1, QStringLiteral("8000"));
     EXPECT_EQ(sent(), std::vector<int>{0x108000});
 }

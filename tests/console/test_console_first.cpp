@@ -22,7 +22,7 @@ protected:
 
     void SetUp() override {
         f = std::make_unique<frmMAINQZ7740>(*h.session, h.nav);
-        h.nav.adopt(QStringLiteral("frmMAINQZ7740"), f.get());
+        h.nav.adopt(forms::Form::frmMAINQZ7740, f.get());
         f->Form_Load();
         Harness::activate(f.get());
         h.trace.fresh();

@@ -101,7 +101,7 @@ void runMonkey(qztest::Harness& h, frmMAINQZ7740* f, uint32_t seed, bool boardAn
     EXPECT_EQ(h.ends, 0);
 
     const QRegularExpression line(QStringLiteral(
-        R"(^VR \d+ [0-9A-F]{4} [0-9A-F]{4} (OUT|IN) \d+ -> \d+( : [0-9A-F]{2}( [0-9A-F]{2})*)?$)"));
+        R"(^VR \d+ [0-9A-F]{4} [0-9A-F]{4} (OUT|IN) \d+ -> \d+( :( [0-9A-F]{2})*)?$)"));
     const std::vector<std::string> lines = h.trace.fresh();
     if (boardAnswers) {
         ASSERT_GT(lines.size(), 1000u);

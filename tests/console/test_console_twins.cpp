@@ -24,7 +24,7 @@ struct StandIn {
 
 QWidget* makeFrontPanel(Harness& h, StandIn& stats) {
     auto* w = new QWidget;
-    w->setObjectName(QStringLiteral("frmMain"));
+    w->setObjectName(forms::formName(forms::Form::frmMain));
     auto* v = new QVBoxLayout(w);
     auto* list = new QComboBox(w);
     list->setObjectName(QStringLiteral("cboCurrent"));
@@ -39,7 +39,7 @@ QWidget* makeFrontPanel(Harness& h, StandIn& stats) {
     forms::onClick(list, [&s, &nav, &stats, list] {
         ++stats.runs;
         s.general.PMUreg = qz::applyField(s.general.PMUreg, *qz::findControl("cboCurrent"), list->currentIndex());
-        forms::setListIndex(forms::controlOf<QComboBox>(nav, QStringLiteral("frmMAINQZ7740"),
+        forms::setListIndex(forms::controlOf<QComboBox>(nav, forms::Form::frmMAINQZ7740,
                                                         QStringLiteral("cboCurrent")),
                             list->currentIndex());
         s.SPIout(s.general.PMUreg);
@@ -47,7 +47,7 @@ QWidget* makeFrontPanel(Harness& h, StandIn& stats) {
     forms::onClick(box, [&s, &nav, &stats, box] {
         ++stats.runs;
         s.general.SYSreg = qz::applyField(s.general.SYSreg, *qz::findControl("chkPD"), box->isChecked());
-        forms::setChecked(forms::controlOf<QCheckBox>(nav, QStringLiteral("frmMAINQZ7740"),
+        forms::setChecked(forms::controlOf<QCheckBox>(nav, forms::Form::frmMAINQZ7740,
                                                       QStringLiteral("chkPD")),
                           box->isChecked());
         s.SPIout(s.general.SYSreg);
@@ -60,10 +60,10 @@ QWidget* makeFrontPanel(Harness& h, StandIn& stats) {
 TEST(ConsoleTwins, AChangeOnTheConsoleReachesTheChipThroughItsTwinOnce) {
     Harness h;
     StandIn stats;
-    h.nav.registerForm(QStringLiteral("frmMain"), [&] { return makeFrontPanel(h, stats); });
+    h.nav.registerForm(forms::Form::frmMain, [&] { return makeFrontPanel(h, stats); });
     auto f = h.startConsole<frmMAINQZ7740>();
     EXPECT_TRUE(f->isHidden()) << "the front panel takes over at start";
-    QWidget* front = h.nav.loaded(QStringLiteral("frmMain"));
+    QWidget* front = h.nav.loaded(forms::Form::frmMain);
     ASSERT_NE(front, nullptr);
     EXPECT_TRUE(front->isVisible());
     h.trace.fresh();
@@ -87,9 +87,9 @@ TEST(ConsoleTwins, AChangeOnTheConsoleReachesTheChipThroughItsTwinOnce) {
 TEST(ConsoleTwins, AChangeOnTheFrontPanelSetsTheConsoleWithoutASecondWord) {
     Harness h;
     StandIn stats;
-    h.nav.registerForm(QStringLiteral("frmMain"), [&] { return makeFrontPanel(h, stats); });
+    h.nav.registerForm(forms::Form::frmMain, [&] { return makeFrontPanel(h, stats); });
     auto f = h.startConsole<frmMAINQZ7740>();
-    auto* list = h.nav.loaded(QStringLiteral("frmMain"))->findChild<QComboBox*>(QStringLiteral("cboCurrent"));
+    auto* list = h.nav.loaded(forms::Form::frmMain)->findChild<QComboBox*>(QStringLiteral("cboCurrent"));
     h.trace.fresh();
     pick(list, 2);
     EXPECT_EQ(qztest::wordsSent(h.trace.fresh()), std::vector<int>{0x029150});
@@ -112,7 +112,7 @@ TEST(ConsoleMenus, EntriesOfMissingPanelsAreDisabledAndCloseHides) {
     EXPECT_EQ(f->findChild<QAction*>(QStringLiteral("mnuPOT"))->text(), QStringLiteral("Sweep Voltage Measurements"));
     close->trigger();
     EXPECT_TRUE(f->isHidden());
-    EXPECT_EQ(h.nav.loaded(QStringLiteral("frmMAINQZ7740")), f.get()) << "hidden, never unloaded";
+    EXPECT_EQ(h.nav.loaded(forms::Form::frmMAINQZ7740), f.get()) << "hidden, never unloaded";
     exit->trigger();
     EXPECT_EQ(h.ends, 1);
 }

@@ -57,7 +57,7 @@ TEST_F(ConsoleWrite, GainListsSetTheCurrentGainAndShowTheWarning) {
     EXPECT_EQ(g.SYSreg, 0x012200);
 
     pick(f->MEASOUTG, 1);
-    QWidget* warning = h.nav.loaded(QStringLiteral("frmMEASOUTGAIN"));
+    QWidget* warning = h.nav.loaded(forms::Form::frmMEASOUTGAIN);
     ASSERT_NE(warning, nullptr);
     EXPECT_TRUE(warning->isVisible());
     EXPECT_EQ(g.SYSreg, 0x010200) << "the panel goes on without waiting for the warning";
@@ -75,11 +75,11 @@ TEST_F(ConsoleWrite, GainListsSetTheCurrentGainAndShowTheWarning) {
     EXPECT_EQ(f->MEASOUTG->currentIndex(), 1) << "the list is not moved";
     EXPECT_TRUE(sent().empty());
     QApplication::processEvents();
-    EXPECT_EQ(h.nav.loaded(QStringLiteral("frmMEASOUTGAIN")), nullptr);
+    EXPECT_EQ(h.nav.loaded(forms::Form::frmMEASOUTGAIN), nullptr);
 
     g.SYSreg = 0x0132FF;
     pick(f->MEASOUTG, 1);
-    warning = h.nav.loaded(QStringLiteral("frmMEASOUTGAIN"));
+    warning = h.nav.loaded(forms::Form::frmMEASOUTGAIN);
     ASSERT_NE(warning, nullptr);
     QTest::mouseClick(warning->findChild<QPushButton*>(QStringLiteral("cmdOK")), Qt::LeftButton);
     EXPECT_EQ(g.SYSreg, 0x011200);

@@ -63,9 +63,9 @@ public:
         qz::registerPanels(nav, *session);
     }
     ~Harness() {
-        for (const char* name : {"frmMEASOUTGAIN", "frmMain", "frmMeasure", "frmDIAG",
-                                 "frmCompensation", "frmAbout"})
-            delete nav.loaded(QString::fromLatin1(name));
+        // The console belongs to the test that made it; the others to the navigator.
+        for (forms::Form form : forms::kAllForms)
+            if (form != forms::Form::frmMAINQZ7740) delete nav.loaded(form);
         forms::setMessageSink({});
         forms::setEndProgram({});
     }
@@ -74,7 +74,7 @@ public:
     template <typename Console>
     std::unique_ptr<Console> startConsole() {
         auto c = std::make_unique<Console>(*session, nav);
-        nav.adopt(QStringLiteral("frmMAINQZ7740"), c.get());
+        nav.adopt(forms::Form::frmMAINQZ7740, c.get());
         c->Form_Load();
         if (c->isVisible()) activate(c.get());
         return c;

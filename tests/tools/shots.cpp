@@ -45,12 +45,12 @@ int main(int argc, char** argv) {
     forms::Navigator nav;
     qz::registerPanels(nav, session);
     auto* console = new frmMAINQZ7740(session, nav);
-    nav.adopt(QStringLiteral("frmMAINQZ7740"), console);
+    nav.adopt(forms::Form::frmMAINQZ7740, console);
     console->Form_Load();
     console->resize(console->sizeHint());
     shootTabs(console, console->QZ7740, dir, QStringLiteral("console"));
     console->QZ7740->setCurrentIndex(4);
     shootTabs(console, console->tabDACS, dir, QStringLiteral("console-dac"));
-    if (QWidget* gain = nav.show(QStringLiteral("frmMEASOUTGAIN"))) save(gain, dir + QStringLiteral("/measoutgain.png"));
+    if (QWidget* gain = nav.show(forms::Form::frmMEASOUTGAIN)) save(gain, dir + QStringLiteral("/measoutgain.png"));
     return 0;
 }
