@@ -10,6 +10,7 @@
 #include "forms/MessageBox.h"
 #include "levels/EntryField.h"
 #include "levels/Numbers.h"
+#include "levels/Reference.h"
 #include "levels/TransferLaw.h"
 #include "registers/BitMirror.h"
 
@@ -128,17 +129,16 @@ bool frmMAINQZ7740::outputV() {
 void frmMAINQZ7740::optRef_Click(int index) {
     qz::General& g = session.general;
     if (g.entryBusy) return;
-    float vref = index == 0 ? 5.0f : 2.5f;
+    float vref = index < 2 ? qz::kFixedReferences[index] : 0.0f;
     if (index == 2) {
-        const std::optional<float> v = qz::parseSingle(txtVREF->text().toStdString());
-        // A reference of zero gives no level at all: refused where it is entered.
-        if (!v || !qz::referenceUsable(*v)) {
+        const qz::DecimalCheck c = qz::checkReference(txtVREF->text().toStdString());
+        if (!c.ok) {
             // The option goes back to the reference still in use.
             optRef[static_cast<size_t>(refIndex_)]->setChecked(true);
-            forms::refuseEntry(txtVREF, qz::kNotValidNumber);
+            forms::refuseEntry(txtVREF, c.message);
             return;
         }
-        vref = *v;
+        vref = c.value;
     }
     g.VREF = vref;
     refIndex_ = index;

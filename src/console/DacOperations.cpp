@@ -33,12 +33,12 @@ void frmMAINQZ7740::tabDACS_Click(int) {
     switch (tabDACS->currentIndex()) {
     case 0: {
         txtstart->clear();
-        const int32_t r = readWord(qz::readCommandOf(qz::reg::kFinX1));
+        const int32_t r = session.readWord(qz::readCommandOf(qz::reg::kFinX1));
         txtstart->setText(hexText(r - qz::writeWord(qz::reg::kFinX1, 0), 4));
         break;
     }
     case 1: {
-        const int32_t r = readWord(qz::readCommandOf(qz::reg::kFinX1));
+        const int32_t r = session.readWord(qz::readCommandOf(qz::reg::kFinX1));
         txtFINx1->setText(hexText(r - qz::writeWord(qz::reg::kFinX1, 0), 4));
         break;
     }
@@ -58,7 +58,7 @@ void frmMAINQZ7740::cmdINTRAMP_Click() {
 
 void frmMAINQZ7740::cmdReadEnableRamp_Click() {
     const int32_t command = qz::readCommandOf(qz::reg::kRampEnable);
-    const int32_t r = readWord(command);
+    const int32_t r = session.readWord(command);
     showWord(command);
     txtRampStatus->setText(hexText(r, 6));
 }
@@ -108,7 +108,7 @@ void frmMAINQZ7740::Combo2_Click() {
 
 void frmMAINQZ7740::cmdREADDAC_Click() {
     cboDAC_Click();
-    int32_t r = readWord(qz::readCommandOf(qz::reg::kOffset));
+    int32_t r = session.readWord(qz::readCommandOf(qz::reg::kOffset));
     txtOFFSET->setText(hexText(r - qz::writeWord(qz::reg::kOffset, 0), 6));
     r = readRegister(dacRead);
     showWord(dacRead);
@@ -135,8 +135,8 @@ void frmMAINQZ7740::cmdREADCOMPDACs_Click() {
 void frmMAINQZ7740::cmdREADRAMPREGS_Click() {
     if (session.general.entryBusy) return;
     // The names of the step and divider boxes cross over; their captions follow the reads.
-    txtRRampEnd->setText(hexText(readWord(qz::readCommandOf(qz::reg::kRampEnd)) & 0xFFFF, 6));
-    txtRRCLKDiv->setText(hexText(readWord(qz::readCommandOf(qz::reg::kRampStep)) & 0xFFFF, 6));
+    txtRRampEnd->setText(hexText(session.readWord(qz::readCommandOf(qz::reg::kRampEnd)) & 0xFFFF, 6));
+    txtRRCLKDiv->setText(hexText(session.readWord(qz::readCommandOf(qz::reg::kRampStep)) & 0xFFFF, 6));
     const int32_t command = qz::readCommandOf(qz::reg::kRclkDivider);
     const int32_t r = readRegister(command);
     showWord(command);

@@ -115,13 +115,8 @@ QWidget* frmMAINQZ7740::buildReadAlarmTab() {
     return p;
 }
 
-int32_t frmMAINQZ7740::readWord(int32_t command) {
-    session.SPIout(command);
-    return session.usb.ReadSPIWord();
-}
-
 int32_t frmMAINQZ7740::readRegister(int32_t command) {
-    const int32_t r = readWord(command);
+    const int32_t r = session.readWord(command);
     lblREADSPI->setText(forms::hexText(r, 6));
     return r;
 }
@@ -161,16 +156,8 @@ void frmMAINQZ7740::READCOMP_Click() { alarmRead(qz::readCommandOf(qz::reg::kAla
 void frmMAINQZ7740::READALARM_Click() { alarmRead(qz::readCommandOf(qz::reg::kAlarmStatusClear)); }
 
 void frmMAINQZ7740::alarmRead(int32_t command) {
-    session.SPIout(command);
-    // Ten empty turns stood here for the chip to gather its status; they take no
-    // measurable time, and the fetch follows the command at once.
-    for (int turn = 0; turn < 10; ++turn) {
-    }
-    int32_t r = session.usb.ReadSPIWord();
+    int32_t r = session.readAlarmStatus(command);
     lblREADSPI->setText(forms::hexText(r, 6));
-    for (int i = 0; i < 2; ++i) {
-        const qz::AlarmLamp lamp = qz::temperatureLamp(r, 15 - i);
-        cmdTEMP[static_cast<size_t>(i)]->set(lamp.colour, QString::fromLatin1(lamp.caption));
-    }
+    forms::showAlarms(this, r);
     txtALM->mirror(r, qz::kDecToBinALM);
 }

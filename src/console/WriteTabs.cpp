@@ -254,8 +254,7 @@ void frmMAINQZ7740::cmdALAM_Click() {
 void frmMAINQZ7740::Command1_Click() {
     // Opens the chip's test registers, reads the revision and closes them again.
     for (int32_t key : qz::wire::kRevisionKeys) session.SPIout(key);
-    session.SPIout(qz::wire::kRevisionRead);
-    const int32_t revision = session.usb.ReadSPIWord() & 0xFF;
+    const int32_t revision = session.readWord(qz::wire::kRevisionRead) & 0xFF;
     Text2->setText(forms::hexText(revision, 6));
     session.SPIout(qz::wire::kRevisionClose);
 }

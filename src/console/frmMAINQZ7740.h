@@ -244,9 +244,8 @@ private:
     // Ties the field controls of the write tabs to fieldClick.
     void fields(std::initializer_list<QWidget*> controls);
     void showWord(int32_t word);
-    // One read of the chip: the command through SPIout, then the reply. readRegister also
-    // shows the reply in lblREADSPI; the DAC page's side reads leave that box alone.
-    int32_t readWord(int32_t command);
+    // One read of the chip, its reply shown in lblREADSPI; the DAC page's side reads go
+    // through session.readWord and leave that box alone.
     int32_t readRegister(int32_t command);
     void alarmRead(int32_t command);
 };

@@ -3,6 +3,7 @@
 #include "forms/MessageBox.h"
 #include "levels/Numbers.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QFocusEvent>
 #include <QFontDatabase>
@@ -51,6 +52,11 @@ void onEnter(QLineEdit* box, std::function<void()> handler) {
 
 void onLeave(QLineEdit* box, std::function<void()> handler) {
     box->installEventFilter(new LeaveFilter(box, std::move(handler)));
+}
+
+void pressEnter(QLineEdit* box) {
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(box, &press);
 }
 
 void onEntry(QLineEdit* box, const bool& entryBusy, std::function<void()> enter) {

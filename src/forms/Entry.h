@@ -22,6 +22,9 @@ void onEnter(QLineEdit* box, std::function<void()> handler);
 // when the whole window loses it (another program, or a message box coming up).
 void onLeave(QLineEdit* box, std::function<void()> handler);
 
+// The operator's Enter key in the box, from code: whatever the box does on Enter runs.
+void pressEnter(QLineEdit* box);
+
 // An entry box of the pattern: on Enter, unless entryBusy is set, `enter` runs.
 void onEntry(QLineEdit* box, const bool& entryBusy, std::function<void()> enter);
 

@@ -20,3 +20,16 @@ void Lamp::set(int32_t colourValue, const QString& caption) {
 }
 
 } // namespace forms
+
+namespace forms {
+
+void showAlarms(QWidget* panel, int32_t reply) {
+    for (const qz::AlarmLampRow& row : qz::kAlarmLamps) {
+        auto* lamp = panel->findChild<Lamp*>(QStringLiteral("%1(%2)").arg(QLatin1String(row.lamp)).arg(row.member));
+        if (!lamp) continue;
+        const qz::LampState state = qz::alarmLamp(reply, row);
+        lamp->set(state.colour, QString::fromLatin1(state.caption));
+    }
+}
+
+} // namespace forms

@@ -1,5 +1,7 @@
 #pragma once
-// A button used as a lamp: its colour and caption change together.
+// A button used as a lamp: its colour and caption change together, colour first.
+
+#include "registers/AlarmStatus.h"
 
 #include <QPushButton>
 
@@ -7,9 +9,8 @@
 
 namespace forms {
 
-// Colour values with red in the lowest byte.
-inline constexpr int32_t kLampGreen = 0x008000;
-inline constexpr int32_t kLampRed = 0x0000FF;
+inline constexpr int32_t kLampGreen = qz::kGreen;
+inline constexpr int32_t kLampRed = qz::kRed;
 
 class Lamp : public QPushButton {
 public:
@@ -20,5 +21,8 @@ public:
 private:
     int32_t colour_ = -1;
 };
+
+// Every alarm lamp of the panel shows the reply's bit; lamps the panel lacks are passed by.
+void showAlarms(QWidget* panel, int32_t reply);
 
 } // namespace forms

@@ -41,7 +41,7 @@ const ControlOps kControls[] = {
      true},
     // DPS1
     check("chkENABLECH", Shadow::PMU, 0x23FF0, 0x8000, true),
-    indexed("cboCurrent", Shadow::PMU, 7, 0x287F0, 11, true),
+    indexed("cboCurrent", Shadow::PMU, 7, 0x287F0, 11, true, FieldEffect::CurrentRange),
     indexed("cboCompare", Shadow::PMU, 4, 0x2B9F0, 9, true),
     indexed("cboMEASURE", Shadow::PMU, 8, 0x2BF10, 5, true),
     check("chkMEASOUT", Shadow::PMU, 0x2BEF0, 0x0100, false),

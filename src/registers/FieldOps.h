@@ -23,6 +23,7 @@ inline constexpr int32_t kKeepAll = -1;
 enum class FieldEffect {
     None,
     CurrentGain,  // item 0: imeasGain 20, item 1: 10
+    CurrentRange, // the front panel's IRangeIndex and clamp unit follow the item
     GainWarning,  // item 1 shows the MEASOUT gain warning first, without waiting for it
     SendAtOnce,   // the console sends the word at once, WRITE button or not
     AlarmDigit,   // the console's txtWALM box of the control's bit gets its "0" or "1"

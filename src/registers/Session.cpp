@@ -16,6 +16,20 @@ void Session::SPIout(int32_t code) {
     usb.WriteSPIWord(code);
 }
 
+int32_t Session::readWord(int32_t command) {
+    SPIout(command);
+    return usb.ReadSPIWord();
+}
+
+int32_t Session::readAlarmStatus(int32_t command) {
+    SPIout(command);
+    // Ten empty turns stood here for the chip to gather its status; they take no
+    // measurable time, and the fetch follows the command at once.
+    for (volatile int turn = 0; turn < 10; turn = turn + 1) {
+    }
+    return usb.ReadSPIWord();
+}
+
 void Session::addLinkListener(std::function<void(LinkState)> listener) {
     linkListeners_.push_back(std::move(listener));
 }

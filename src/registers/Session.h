@@ -23,6 +23,12 @@ public:
     // the word goes to the board.
     void SPIout(int32_t code);
 
+    // One read of the chip: the read command through SPIout, then the reply fetched at
+    // once; nothing may stand between the two.
+    int32_t readWord(int32_t command);
+    // A read of the alarm status: the same with ten empty turns between command and fetch.
+    int32_t readAlarmStatus(int32_t command);
+
     // The console's word box, which shows every word as it goes out.
     std::function<void(const std::string& hex)> showWordSent;
 

@@ -1,10 +1,14 @@
 #include "shell/Panels.h"
 
+#include "frontpanel/frmMain.h"
 #include "shell/frmMEASOUTGAIN.h"
 
 namespace qz {
 
 void registerPanels(forms::Navigator& nav, Session& session) {
+    nav.registerForm(
+        forms::Form::frmMain, [&nav, &session] { return new frmMain(session, nav); },
+        [](QWidget* f) { static_cast<frmMain*>(f)->Form_Load(); });
     nav.registerForm(forms::Form::frmMEASOUTGAIN,
                      [&nav, &session] { return new frmMEASOUTGAIN(session, nav); });
 }

@@ -134,20 +134,29 @@ TEST_F(ConsoleDacWrite, OutputFollowsMAndCAndTheReference) {
     EXPECT_EQ(f->txtOutputV->text(), QStringLiteral("-05.906"));
     enter(f->txtFINM, QStringLiteral("ffff"));
     h.trace.fresh();
+    // The front panel's reference follows and puts the code of 0 V in txtFINx1 first.
     clickBox(f->optRef[1]);
     EXPECT_EQ(g.VREF, 2.5f);
-    EXPECT_EQ(f->txtOutputV->text(), QStringLiteral("00.500"));
+    EXPECT_EQ(f->txtFINx1->text(), QStringLiteral("8000"));
+    EXPECT_EQ(f->txtOutputV->text(), QStringLiteral("00.000"));
+    enter(f->txtFINx1, QStringLiteral("C000"));
+    EXPECT_EQ(f->txtOutputV->text(), QStringLiteral("03.203"));
     f->txtVREF->setText(QStringLiteral("4.096"));
+    m->txtVREF->setText(QStringLiteral("4.096"));
     clickBox(f->optRef[2]);
     EXPECT_EQ(g.VREF, 4.096f);
-    EXPECT_TRUE(sent().empty()) << "a reference sends nothing";
+    EXPECT_TRUE(m->optRef[2]->isChecked());
+    EXPECT_EQ(sent(), std::vector<int>{0x08C000}) << "a reference sends nothing";
 }
 
-TEST_F(ConsoleDacWrite, OtherReferenceMustBeANumberAboveZero) {
-    for (const char* bad : {"abc", "0", ""}) {
+TEST_F(ConsoleDacWrite, OtherReferenceMustLieFromTwoToFiveVolts) {
+    for (const char* bad : {"abc", "0", "", "5.5"}) {
         f->txtVREF->setText(QString::fromLatin1(bad));
         clickBox(f->optRef[2]);
-        h.expectRefusal(f->txtVREF, kInvalid);
+        h.expectRefusal(f->txtVREF, bad[0] == 'a' || bad[0] == 0
+                                        ? kInvalid
+                                        : "Number outside Reference range. Please reenter reference "
+                                          "voltage between 2V and +5V.");
         EXPECT_EQ(g.VREF, 5.0f);
         EXPECT_TRUE(f->optRef[0]->isChecked()) << "the option in use stays selected";
         EXPECT_FALSE(f->optRef[2]->isChecked());
@@ -198,7 +207,8 @@ TEST_F(ConsoleDacWrite, CodesThatAreNotHexAtTheMomentOfUseAreRefusedOnTheirBox) 
     EXPECT_EQ(f->txtOutputV->text(), QStringLiteral("06.406"));
 
     // An empty FIN x1 box (its last entry refused) has no output to show: the OFFSET word
-    // still goes, the reference still changes, and the output box says nothing.
+    // still goes and the output box says nothing. A reference then puts a code there: the
+    // code of 0 V by the front panel's own OFFSET box, which the console's entry left.
     enter(f->txtFINx1, QStringLiteral("10000"));
     ASSERT_EQ(h.boxes.size(), 1u);
     ASSERT_TRUE(f->txtFINx1->text().isEmpty());
@@ -212,5 +222,6 @@ TEST_F(ConsoleDacWrite, CodesThatAreNotHexAtTheMomentOfUseAreRefusedOnTheirBox) 
     clickBox(f->optRef[1]);
     EXPECT_TRUE(h.boxes.empty());
     EXPECT_EQ(g.VREF, 2.5f);
-    EXPECT_TRUE(f->txtOutputV->text().isEmpty());
+    EXPECT_EQ(f->txtFINx1->text(), QStringLiteral("8000"));
+    EXPECT_EQ(f->txtOutputV->text(), QStringLiteral("04.805"));
 }

@@ -1,5 +1,5 @@
-// Every control of the console's write tabs and every entry field of its DAC page,
-// driven by name: the word each composes and sends, and the words of each refusal.
+// Every entry field of the console's DAC page, driven by name: the words each sends and
+// the words of each refusal.
 
 #include "console/frmMAINQZ7740.h"
 #include "forms/Controls.h"
@@ -7,7 +7,7 @@
 #include "forms/Lamp.h"
 #include "forms/TabControl.h"
 #include "support/FakeLibrary.h"
-#include "support/Harness.h"
+#include "support/ConsoleFixture.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -17,77 +17,6 @@
 using qztest::clickBox;
 using qztest::Harness;
 using qztest::pick;
-
-namespace {
-
-struct ControlCase {
-    const char* control;
-    int item;             // list item; for a check box 0 unchecks and 1 checks
-    int tab;
-    const char* write;    // the WRITE button of the tab
-    int expected;         // the word the button then sends
-};
-
-// From the start words 0x012200, 0x029950, 0x030000, 0x06AA80.
-const ControlCase kControls[] = {
-    {"chkPD", 0, 0, "cmdWRITESYS", 0x012000},
-    {"chkFINGND", 1, 0, "cmdWRITESYS", 0x012A00},
-    {"CPEN", 1, 0, "cmdWRITESYS", 0x012600},
-    {"IMEASG", 1, 0, "cmdWRITESYS", 0x013200},
-    {"tempset", 3, 0, "cmdWRITESYS", 0x01E200},
-    {"tempset", 0, 0, "cmdWRITESYS", 0x012200},
-    {"chkENABLECH", 0, 1, "cmdWRITEPMU", 0x021950},
-    {"cboCurrent", 5, 1, "cmdWRITEPMU", 0x02A950},
-    {"cboCompare", 3, 1, "cmdWRITEPMU", 0x029F50},
-    {"cboMEASURE", 1, 1, "cmdWRITEPMU", 0x029930},
-    {"chkMEASOUT", 0, 1, "cmdWRITEPMU", 0x029850},
-    {"chkCLAMPEN", 0, 1, "cmdWRITEPMU", 0x029940},
-    {"cboSysforce", 1, 2, "cmdWriteDPS2", 0x038000},
-    {"cboSlew", 4, 2, "cmdWriteDPS2", 0x034000},
-    {"chkGPO", 1, 2, "cmdWriteDPS2", 0x030800},
-    {"chk10k", 1, 2, "cmdWriteDPS2", 0x030100},
-    {"Check2", 1, 2, "cmdWriteDPS2", 0x030080},
-    {"chk2", 1, 3, "cmdALAM", 0x06EA80},
-    {"chk5", 0, 3, "cmdALAM", 0x06A280},
-    {"chk8", 1, 3, "cmdALAM", 0x06AB80},
-};
-
-class ConsoleFields : public ::testing::Test {
-protected:
-    Harness h;
-    std::unique_ptr<frmMAINQZ7740> f;
-
-    void SetUp() override {
-        f = h.startConsole<frmMAINQZ7740>();
-        h.trace.fresh();
-    }
-};
-
-} // namespace
-
-TEST(ConsoleControls, EveryControlComposesItsFieldAndTheWriteButtonSendsIt) {
-    for (const ControlCase& c : kControls) {
-        SCOPED_TRACE(c.control);
-        Harness fresh;
-        auto panel = fresh.startConsole<frmMAINQZ7740>();
-        panel->QZ7740->setCurrentIndex(c.tab);
-        fresh.trace.fresh();
-        const QString name = QString::fromLatin1(c.control);
-        if (auto* list = panel->findChild<QComboBox*>(name)) {
-            pick(list, c.item);
-        } else {
-            auto* box = panel->findChild<QCheckBox*>(name);
-            ASSERT_NE(box, nullptr);
-            if (box->isChecked() != (c.item == 1)) clickBox(box);
-            else forms::click(box);  // the same state again: its operation still runs
-        }
-        EXPECT_EQ(panel->Text1->text().toInt(nullptr, 16) & 0xFFFF, c.expected & 0xFFFF)
-            << "Text1 shows the composed word";
-        EXPECT_TRUE(qztest::wordsSent(fresh.trace.fresh()).empty());
-        QTest::mouseClick(panel->findChild<QPushButton*>(QString::fromLatin1(c.write)), Qt::LeftButton);
-        EXPECT_EQ(qztest::wordsSent(fresh.trace.fresh()), std::vector<int>{c.expected});
-    }
-}
 
 namespace {
 
@@ -129,6 +58,8 @@ const FieldCase kFields[] = {
     {"txtCPHM(7)", 3, "1", {0x490001}, "10000", kXFFFF},
     {"txtCPHC(5)", 3, "1", {0x390001}, "10000", kXFFFF},
 };
+
+class ConsoleFields : public qztest::ConsoleFixture {};
 
 } // namespace
 

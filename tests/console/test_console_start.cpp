@@ -29,6 +29,7 @@ TEST(ConsoleStart, SendsThePowerOnSeriesInOrder) {
                           "VR 221 AA80 0006 OUT 0 -> 0",
                           "VR 229 0000 0000 OUT 0 -> 0",
                           "VR 234 0000 0000 OUT 0 -> 0",
+                          "VR 221 9950 0002 OUT 0 -> 0", // the front panel's range at its load
                       }));
     EXPECT_EQ(f->Text1->text(), QStringLiteral("012200"));
     EXPECT_EQ(f->txtSYS->digits(), QStringLiteral("000000010010001000000000"));
@@ -43,7 +44,7 @@ TEST(ConsoleStart, SendsThePowerOnSeriesInOrder) {
     EXPECT_FALSE(h.board->pins().hwInhibit);
     EXPECT_TRUE(h.board->pins().clampPin);
     EXPECT_EQ(h.session->general.VREF, 5.0f);
-    EXPECT_TRUE(f->isVisible()) << "without a front panel the console stays in view";
+    EXPECT_TRUE(f->isHidden()) << "the front panel takes over";
     EXPECT_TRUE(h.boxes.empty());
 }
 
@@ -60,7 +61,7 @@ TEST(ConsoleStart, WithoutABoardTheSeriesRunsSilently) {
     EXPECT_EQ(h.boxes[0].title, ": 1001");
     EXPECT_EQ(h.boxes[0].text, "No Evaluation Board Found");
     EXPECT_EQ(qztest::wordsSent(h.trace.lines()),
-              (std::vector<int>{0x012200, 0x012200, 0x029950, 0x030000, 0x06AA80}));
+              (std::vector<int>{0x012200, 0x012200, 0x029950, 0x030000, 0x06AA80, 0x029950}));
     EXPECT_TRUE(h.session->usb.noBoard);
     EXPECT_EQ(f->Text1->text(), QStringLiteral("012200"));
 }

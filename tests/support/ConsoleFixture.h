@@ -1,9 +1,11 @@
 #pragma once
-// A console started on the virtual board, on the tab a test works on, with the trace
-// read from that point.
+// The two panels as the program starts them on the virtual board: the console, hidden
+// behind the front panel, and the front panel. A test brings up the panel it works on;
+// the trace is read from that point.
 
 #include "console/frmMAINQZ7740.h"
 #include "forms/TabControl.h"
+#include "frontpanel/frmMain.h"
 #include "support/Harness.h"
 
 namespace qztest {
@@ -14,6 +16,10 @@ protected:
 
     void SetUp() override {
         f = h.startConsole<frmMAINQZ7740>();
+        m = static_cast<frmMain*>(h.nav.loaded(forms::Form::frmMain));
+        ASSERT_NE(m, nullptr);
+        // The console hides at start behind the front panel; the operator brings it up.
+        Harness::activate(f.get());
         if (tab_ >= 0) f->QZ7740->setCurrentIndex(tab_);
         h.trace.fresh();
     }
@@ -22,6 +28,7 @@ protected:
 
     Harness h;
     std::unique_ptr<frmMAINQZ7740> f;
+    frmMain* m = nullptr;
     qz::General& g = h.session->general;
 
 private:

@@ -47,6 +47,7 @@ int main(int argc, char** argv) {
     auto* console = new frmMAINQZ7740(session, nav);
     nav.adopt(forms::Form::frmMAINQZ7740, console);
     console->Form_Load();
+    if (QWidget* front = nav.loaded(forms::Form::frmMain)) save(front, dir + QStringLiteral("/frontpanel.png"));
     console->resize(console->sizeHint());
     shootTabs(console, console->QZ7740, dir, QStringLiteral("console"));
     console->QZ7740->setCurrentIndex(4);

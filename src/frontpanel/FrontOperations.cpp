@@ -1,0 +1,305 @@
+// What the front panel does: each selection writes its word at once, through the one
+// handler over the control table; the entries force the voltage, set the OFFSET and the
+// clamps; the reads show their words; the alarms light their lamps.
+
+#include "frontpanel/frmMain.h"
+
+#include "board/Wire.h"
+#include "forms/Build.h"
+#include "forms/Controls.h"
+#include "forms/Entry.h"
+#include "forms/Lamp.h"
+#include "forms/MessageBox.h"
+#include "forms/TabControl.h"
+#include "levels/Clamps.h"
+#include "levels/EntryField.h"
+#include "levels/Numbers.h"
+#include "levels/Ranges.h"
+#include "levels/Reference.h"
+#include "levels/TransferLaw.h"
+#include "registers/FieldOps.h"
+#include "registers/RegisterMap.h"
+
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+
+using forms::Form;
+using forms::qtext;
+
+void frmMain::wire() {
+    for (QComboBox* l : {cboCurrent, cboMEASURE, cboCompare, IMEASG, MEASOUTG, tempset, cboSysforce})
+        forms::swallowKeys(l);
+    fields({cboCurrent, cboMEASURE, cboCompare, cboSlave, cboSlew, cboSysforce, IMEASG, MEASOUTG,
+            tempset, chkPD, chkENABLECH, chkCLAMPEN, chk10k, chkGPO});
+    for (int i = 0; i < 3; ++i)
+        forms::onClick(optRef[static_cast<size_t>(i)], [this, i] { optRef_Click(i); });
+
+    const bool& busy = session.general.entryBusy;
+    forms::onEntry(txtV, busy, [this] { txtV_Enter(); });
+    forms::onEntry(OFFSETx1, busy, [this] { OFFSETx1_Enter(); });
+    forms::onEntry(txtclamph, busy, [this] { txtclamph_Enter(); });
+    forms::onEntry(txtClampl, busy, [this] { txtClampl_Enter(); });
+    forms::onEntry(txtEXT1rsense, busy, [this] { txtEXT1rsense_Enter(); });
+    forms::onEntry(txtEXT2Rsense, busy, [this] { txtEXT2Rsense_Enter(); });
+
+    const std::pair<QPushButton*, void (frmMain::*)()> buttons[] = {
+        {readSYS, &frmMain::readSYS_Click},       {Command4, &frmMain::Command4_Click},
+        {readDPS2, &frmMain::readDPS2_Click},     {Command5, &frmMain::Command5_Click},
+        {readcomp2, &frmMain::readcomp2_Click},   {cmdCheckAlarms, &frmMain::cmdCheckAlarms_Click},
+        {cmdCLEAR, &frmMain::cmdCLEAR_Click},     {cmdRESET, &frmMain::cmdRESET_Click},
+        {cmdEXIT, &frmMain::cmdEXIT_Click},       {Command6, &frmMain::Command6_Click},
+    };
+    for (const auto& [button, handler] : buttons)
+        connect(button, &QPushButton::clicked, this, [this, h = handler] { (this->*h)(); });
+    // The ways to panels this program does not have yet stay closed.
+    const std::pair<QPushButton*, Form> ways[] = {
+        {Command1, Form::frmMeasure}, {Command2, Form::frmDIAG}, {Command3, Form::frmCompensation}};
+    for (const auto& [button, form] : ways) {
+        button->setEnabled(nav.has(form));
+        connect(button, &QPushButton::clicked, this, [this, f = form] { nav.show(f); });
+    }
+}
+
+void frmMain::Form_Load() {
+    qz::General& g = session.general;
+    forms::setListIndex(cboCurrent, 3);
+    g.VREF = 5.0f;
+    g.imeasGain = 20.0f;
+    UpdateRangeNames();
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    // The program never runs on without a panel to see: closing this one ends it.
+    event->accept();
+    forms::endProgram();
+}
+
+void frmMain::fields(std::initializer_list<QWidget*> controls) {
+    for (QWidget* control : controls) {
+        const QString name = control->objectName();
+        if (auto* list = qobject_cast<QComboBox*>(control))
+            forms::onClick(list, [this, name] { fieldClick(name); });
+        else if (auto* box = qobject_cast<QCheckBox*>(control))
+            forms::onClick(box, [this, name] { fieldClick(name); });
+    }
+}
+
+void frmMain::fieldClick(const QString& name) {
+    const qz::ControlOps* ops = qz::findControl(name.toStdString());
+    QWidget* control = findChild<QWidget*>(name);
+    if (!ops || !control) return;
+    const int item = forms::itemOf(control);
+    const bool inList = item >= 0 && item < ops->items;
+
+    using qz::FieldEffect;
+    qz::General& g = session.general;
+    if (ops->effect == FieldEffect::GainWarning && item == 1) nav.show(Form::frmMEASOUTGAIN);
+    int32_t& word = qz::shadowWord(g, ops->shadow);
+    word = qz::applyField(word, *ops, item);
+    if (inList) {
+        if (ops->effect == FieldEffect::CurrentGain) g.imeasGain = qz::currentGainOf(item);
+        forms::setTwin(nav, Form::frmMAINQZ7740, name, item);
+        if (ops->effect == FieldEffect::CurrentRange) {
+            g.IRangeIndex = static_cast<int16_t>(item);
+            lblmA->setText(QString::fromLatin1(qz::kCurrentRanges[static_cast<size_t>(item)].lblmA));
+        }
+    }
+    if (ops->effect == FieldEffect::CurrentGain) {
+        // The gain goes out before it is shown, and the range names follow it.
+        session.SPIout(word);
+        showWrite(word);
+        UpdateRangeNames();
+        return;
+    }
+    showWrite(word);
+    session.SPIout(word);
+}
+
+void frmMain::showWrite(int32_t word) { txtWrite->setText(forms::hexText(word, 6)); }
+
+void frmMain::optRef_Click(int index) {
+    qz::General& g = session.general;
+    if (index == 2) {
+        const qz::DecimalCheck c = qz::checkReference(txtVREF->text().toStdString());
+        if (!c.ok) {
+            // The reference in use stays, and so does its option, here and on the others.
+            optRef[static_cast<size_t>(refIndex_)]->setChecked(true);
+            forms::refuseEntry(txtVREF, c.message);
+            return;
+        }
+        g.VREF = c.value;
+    } else {
+        g.VREF = qz::kFixedReferences[index];
+    }
+    refIndex_ = index;
+    for (Form other : {Form::frmMAINQZ7740, Form::frmMeasure})
+        forms::setTwin(nav, other, forms::member("optRef", index), 1);
+    UpdateOutputLimits();
+    UpdateRangeNames();
+}
+
+void frmMain::UpdateRangeNames() {
+    const qz::RangeNamesUpdate u = qz::UpdateRangeNames(session.general.VREF, session.general.imeasGain);
+    if (u.what == qz::RangeNaming::Names) {
+        for (int i = 0; i < qz::kCurrentRangeCount; ++i)
+            cboCurrent->setItemText(i, QString::fromUtf8((*u.names)[static_cast<size_t>(i)]));
+    } else if (u.what == qz::RangeNaming::Warning) {
+        forms::message(u.title, u.text, qz::MsgIcon::Exclamation);
+    }
+}
+
+std::optional<std::array<int32_t, 3>> frmMain::codes() {
+    auto* m = forms::controlOf<QLineEdit>(nav, Form::frmMAINQZ7740, QStringLiteral("txtFINM"));
+    auto* c = forms::controlOf<QLineEdit>(nav, Form::frmMAINQZ7740, QStringLiteral("txtFINC"));
+    std::optional<int32_t> offset, mCode, cCode;
+    if (!m || !c || !(offset = forms::readCode(OFFSETx1)) || !(mCode = forms::readCode(m)) ||
+        !(cCode = forms::readCode(c)))
+        return std::nullopt;
+    return std::array<int32_t, 3>{*offset, *mCode, *cCode};
+}
+
+bool frmMain::UpdateOutputLimits() {
+    const auto k = codes();
+    if (!k) return false;
+    qz::General& g = session.general;
+    const qz::OutputLimits limits = qz::UpdateOutputLimits(g.VREF, (*k)[0], (*k)[1], (*k)[2]);
+    if (!limits.ok) {
+        forms::refuseEntry(txtVREF, qz::kNotValidNumber);
+        return false;
+    }
+    g.VoutMax = limits.VoutMax;
+    g.VoutMin = limits.VoutMin;
+    // The console's x1 box shows the code of 0 V; the chip keeps the code it has.
+    if (auto* x1 = forms::controlOf<QLineEdit>(nav, Form::frmMAINQZ7740, QStringLiteral("txtFINx1")))
+        x1->setText(qtext(limits.txtFINx1));
+    txtOutputVh->setText(qtext(limits.txtOutputVh));
+    txtOutputVl->setText(qtext(limits.txtOutputVl));
+    return true;
+}
+
+bool frmMain::ForceVoltage() {
+    const std::optional<double> V = qz::parseDecimal(txtV->text().toStdString());
+    if (!V) {
+        forms::refuseEntry(txtV, qz::kNotValidNumber);
+        return false;
+    }
+    if (!UpdateOutputLimits()) return false;
+    const auto k = codes();
+    if (!k) return false;
+    qz::General& g = session.general;
+    const qz::ForceResult r = qz::ForceVoltage(*V, g.VREF, (*k)[0], (*k)[1], (*k)[2]);
+    if (r.refusal != qz::LawRefusal::None) {
+        forms::refuseEntry(txtV, r.message);
+        return false;
+    }
+    txtDaccode->setText(qtext(r.txtDaccode));
+    if (auto* x1 = forms::controlOf<QLineEdit>(nav, Form::frmMAINQZ7740, QStringLiteral("txtFINx1")))
+        x1->setText(qtext(r.txtDaccode));
+    txtOutputV->setText(qtext(r.txtOutputV));
+    g.DAClast = r.DAClast;
+    session.SPIout(g.DAClast);
+    txtWrite->setText(qtext(r.txtWrite));
+    return true;
+}
+
+void frmMain::txtV_Enter() {
+    const std::optional<float> v = qz::parseSingle(txtV->text().toStdString());
+    if (!v) return forms::refuseEntry(txtV, qz::kNotValidNumber);
+    qz::General& g = session.general;
+    // The range goes out again, and the word once more, before the level.
+    forms::click(cboCurrent);
+    session.SPIout(g.PMUreg);
+    if (!UpdateOutputLimits()) return;
+    if (!(*v <= g.VoutMax && *v >= g.VoutMin))
+        return forms::refuseEntry(txtV, qz::kVoltageOutsideLimits);
+    if (ForceVoltage()) txtV->setText(txtV->text().toUpper());
+}
+
+void frmMain::OFFSETx1_Enter() {
+    const qz::HexField field = qz::hexField(qz::HexFieldId::frmMain_OFFSETx1);
+    const qz::FieldCheck c = qz::checkHexField(field, OFFSETx1->text().toStdString());
+    if (!forms::take(OFFSETx1, c)) return;
+    qz::General& g = session.general;
+    g.DAClast = qz::composeDACLOAD(c.value, field.addressWord).word;
+    showWrite(g.DAClast);
+    session.SPIout(g.DAClast);
+    // One way only: the console's box follows this one, never the other way round.
+    if (auto* console = forms::controlOf<QLineEdit>(nav, Form::frmMAINQZ7740, forms::member("OFFSETx1", 0)))
+        console->setText(OFFSETx1->text());
+    UpdateOutputLimits();
+}
+
+void frmMain::txtclamph_Enter() { clampEntry(txtclamph, true); }
+
+void frmMain::txtClampl_Enter() { clampEntry(txtClampl, false); }
+
+void frmMain::clampEntry(QLineEdit* box, bool high) {
+    qz::General& g = session.general;
+    const qz::ClampResult r =
+        qz::computeClamp(high ? qz::ClampSide::High : qz::ClampSide::Low, box->text().toStdString(),
+                         g.IRangeIndex, txtEXT1rsense->text().toStdString(),
+                         txtEXT2Rsense->text().toStdString(), g.imeasGain, g.VREF);
+    if (!r.ok) {
+        QLineEdit* blamed = box;
+        if (r.blame == qz::ClampBlame::txtEXT1rsense) blamed = txtEXT1rsense;
+        if (r.blame == qz::ClampBlame::txtEXT2Rsense) blamed = txtEXT2Rsense;
+        return forms::refuseEntry(blamed, r.message);
+    }
+    g.DAClast = r.DAClast;
+    txtWrite->setText(qtext(r.txtWrite));
+    session.SPIout(g.DAClast);
+}
+
+void frmMain::txtEXT1rsense_Enter() {
+    forms::take(txtEXT1rsense, qz::checkDecimalField(qz::ktxtEXT1rsense, txtEXT1rsense->text().toStdString()));
+}
+
+void frmMain::txtEXT2Rsense_Enter() {
+    forms::take(txtEXT2Rsense, qz::checkDecimalField(qz::ktxtEXT2Rsense, txtEXT2Rsense->text().toStdString()));
+}
+
+void frmMain::readButton(int address) {
+    const int32_t command = qz::readCommandOf(address);
+    const int32_t r = session.readWord(command);
+    showWrite(command);
+    txtRead->setText(forms::hexText(r, 6));
+}
+
+void frmMain::readSYS_Click() { readButton(qz::reg::kSystemControl); }
+void frmMain::Command4_Click() { readButton(qz::reg::kDPS1); }
+void frmMain::readDPS2_Click() { readButton(qz::reg::kDPS2); }
+void frmMain::Command5_Click() { readButton(qz::reg::kComp1); }
+void frmMain::readcomp2_Click() { readButton(qz::reg::kComp2); }
+
+void frmMain::alarmRead(int address) {
+    const int32_t command = qz::readCommandOf(address);
+    const int32_t r = session.readAlarmStatus(command);
+    txtRead->setText(forms::hexText(r, 6));
+    showWrite(command);
+    forms::showAlarms(this, r);
+}
+
+void frmMain::cmdCheckAlarms_Click() { alarmRead(qz::reg::kAlarmStatus); }
+void frmMain::cmdCLEAR_Click() { alarmRead(qz::reg::kAlarmStatusClear); }
+
+void frmMain::cmdRESET_Click() {
+    if (session.general.entryBusy) return;
+    session.usb.SendRequest(qz::wire::kChipReset);
+    // Reading the alarm status with clear drops the alarms the reset left latched.
+    session.SPIout(qz::readCommandOf(qz::reg::kAlarmStatusClear));
+}
+
+void frmMain::cmdEXIT_Click() { forms::endProgram(); }
+
+void frmMain::Command6_Click() {
+    nav.show(Form::frmMAINQZ7740);
+    // Tab 4 of the console: "WRITE DAC REG".
+    auto* tabs = dynamic_cast<forms::TabControl*>(
+        forms::controlOf<QWidget>(nav, Form::frmMAINQZ7740, QStringLiteral("QZ7740")));
+    if (tabs) tabs->setCurrentIndex(4);
+}

@@ -1,0 +1,279 @@
+// The front panel as the operator sees it: the force voltage and its limits on the left,
+// the channel, clamps, MEASOUT and system settings in the middle, the alarms on the right,
+// and the words, the reads and the ways to the other panels along the bottom.
+
+#include "frontpanel/frmMain.h"
+
+#include "forms/Build.h"
+#include "forms/Controls.h"
+#include "forms/Entry.h"
+#include "forms/Lamp.h"
+#include "forms/Menus.h"
+#include "levels/FieldTable.h"
+#include "levels/Ranges.h"
+#include "registers/AlarmStatus.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+using forms::makeButton;
+using forms::makeCaption;
+using forms::makeCheck;
+using forms::makeFrame;
+using forms::makeList;
+
+namespace {
+
+// A decimal entry box: right-aligned, wide enough for a signed reading.
+QLineEdit* numberBox(const char* name, const char* text, QWidget* parent) {
+    auto* e = new QLineEdit(QString::fromLatin1(text), parent);
+    e->setObjectName(QString::fromLatin1(name));
+    e->setAlignment(Qt::AlignRight);
+    e->setFixedWidth(90);
+    return e;
+}
+
+// An output box of a reading, right-aligned like the entries beside it.
+QLineEdit* readingBox(const char* name, QWidget* parent) {
+    QLineEdit* e = forms::makeOutBox(QString::fromLatin1(name), parent);
+    e->setAlignment(Qt::AlignRight);
+    e->setFixedWidth(90);
+    return e;
+}
+
+// One row of a frame: caption, box, unit.
+void addRow(QGridLayout* g, int row, const char* caption, QWidget* box, const char* unit = nullptr) {
+    QWidget* parent = g->parentWidget();
+    g->addWidget(makeCaption(caption, parent), row, 0);
+    g->addWidget(box, row, 1);
+    if (unit) g->addWidget(makeCaption(unit, parent), row, 2);
+}
+
+} // namespace
+
+frmMain::frmMain(qz::Session& s, forms::Navigator& n, QWidget* parent)
+    : forms::Panel(s, n, forms::Form::frmMain, QStringLiteral("QZ7740 Main Menu"), parent) {
+    using forms::Form;
+    using forms::Menu;
+    using forms::MenuAction;
+    forms::buildMenuBar(*this, {
+        {Menu::File, "mnuExit", "Exit", MenuAction::Exit},
+        {Menu::View, "mnuSweep", "Sweep Voltage Measurements", MenuAction::Show, Form::frmMeasure},
+        {Menu::View, "mnuDiag", "Diagnostic Register", MenuAction::Show, Form::frmDIAG},
+        {Menu::View, "mnuIndi", "Individual Control register", MenuAction::Show, Form::frmMAINQZ7740},
+        {Menu::View, "mnuComp", "Compensation Register", MenuAction::Show, Form::frmCompensation},
+        {Menu::Help, "mnuAbout", "About", MenuAction::Show, Form::frmAbout},
+    });
+
+    auto* central = new QWidget(this);
+    auto* v = new QVBoxLayout(central);
+    auto* columns = new QHBoxLayout;
+    auto* left = new QVBoxLayout;
+    left->addWidget(buildForceFrame());
+    left->addWidget(buildClampFrame());
+    left->addStretch(1);
+    auto* middle = new QVBoxLayout;
+    middle->addWidget(buildChannelFrame());
+    middle->addWidget(buildMeasureFrame());
+    middle->addWidget(buildSystemFrame());
+    middle->addStretch(1);
+    auto* right = new QVBoxLayout;
+    right->addWidget(buildAlarmFrame());
+    right->addStretch(1);
+    columns->addLayout(left);
+    columns->addLayout(middle);
+    columns->addLayout(right);
+    v->addLayout(columns, 1);
+    v->addWidget(buildWordBar());
+    setCentralWidget(central);
+    wire();
+}
+
+QWidget* frmMain::buildForceFrame() {
+    QGroupBox* frame = makeFrame(QStringLiteral("FORCE VOLTAGE"), this);
+    auto* g = new QGridLayout(frame);
+    txtV = numberBox("txtV", "", frame);
+    addRow(g, 0, "Force", txtV, "V");
+    OFFSETx1 = forms::makeEntryBox(qz::hexField(qz::HexFieldId::frmMain_OFFSETx1), frame, 0);
+    addRow(g, 1, "Offset DAC", OFFSETx1);
+    txtDaccode = readingBox("txtDaccode", frame);
+    addRow(g, 2, "FIN DAC code", txtDaccode);
+    txtOutputV = readingBox("txtOutputV", frame);
+    addRow(g, 3, "Output", txtOutputV, "V");
+    txtOutputVl = readingBox("txtOutputVl", frame);
+    addRow(g, 4, "Z/S", txtOutputVl, "V");
+    txtOutputVh = readingBox("txtOutputVh", frame);
+    addRow(g, 5, "F/S", txtOutputVh, "V");
+
+    QGroupBox* vref = makeFrame(QStringLiteral("VREF"), frame);
+    vref->setObjectName(QStringLiteral("frmVref"));
+    auto* r = new QHBoxLayout(vref);
+    const char* refs[3] = {"5V", "2.5V", "Other"};
+    for (int i = 0; i < 3; ++i) {
+        optRef[static_cast<size_t>(i)] = forms::makeOption(forms::member("optRef", i), QString::fromLatin1(refs[i]), vref);
+        r->addWidget(optRef[static_cast<size_t>(i)]);
+    }
+    optRef[0]->setChecked(true);
+    txtVREF = numberBox("txtVREF", "2", vref);
+    txtVREF->setFixedWidth(50);
+    r->addWidget(txtVREF);
+    r->addWidget(makeCaption("V", vref));
+    r->addStretch(1);
+    g->addWidget(vref, 6, 0, 1, 3);
+    g->setColumnStretch(3, 1);
+    return frame;
+}
+
+QWidget* frmMain::buildChannelFrame() {
+    QGroupBox* frame = makeFrame(QStringLiteral("CURRENT RANGE"), this);
+    auto* g = new QGridLayout(frame);
+    cboCurrent = makeList(QStringLiteral("cboCurrent"), forms::itemsOf(qz::kRangeStartNames),
+                          QString(), frame);
+    g->addWidget(cboCurrent, 0, 0, 1, 2);
+    chkPD = makeCheck(QStringLiteral("chkPD"), QStringLiteral("Power Up DPS"), true, frame);
+    chkENABLECH = makeCheck(QStringLiteral("chkENABLECH"), QStringLiteral("Enable DPS(/SW-INH)"), true, frame);
+    g->addWidget(chkPD, 1, 0);
+    g->addWidget(chkENABLECH, 1, 1);
+    return frame;
+}
+
+QWidget* frmMain::buildClampFrame() {
+    QGroupBox* frame = makeFrame(QStringLiteral("CLAMPS"), this);
+    auto* g = new QGridLayout(frame);
+    chkCLAMPEN = makeCheck(QStringLiteral("chkCLAMPEN"), QStringLiteral("Enable Current Clamp"), true, frame);
+    g->addWidget(chkCLAMPEN, 0, 0, 1, 3);
+    txtclamph = numberBox("txtclamph", "", frame);
+    txtClampl = numberBox("txtClampl", "", frame);
+    addRow(g, 1, "High Clamp", txtclamph);
+    addRow(g, 2, "Low Clamp", txtClampl);
+    // One unit for both clamps: it follows the range.
+    lblmA = forms::makeLabel(QStringLiteral("lblmA"), QString(), frame);
+    g->addWidget(lblmA, 1, 2, 2, 1, Qt::AlignVCenter);
+    txtEXT1rsense = numberBox(qz::ktxtEXT1rsense.name, qz::ktxtEXT1rsense.startText, frame);
+    txtEXT2Rsense = numberBox(qz::ktxtEXT2Rsense.name, qz::ktxtEXT2Rsense.startText, frame);
+    addRow(g, 3, "EXT1 Rsense", txtEXT1rsense, "\u03A9");
+    addRow(g, 4, "EXT2 Rsense", txtEXT2Rsense, "\u03A9");
+    g->setColumnStretch(3, 1);
+    return frame;
+}
+
+QWidget* frmMain::buildMeasureFrame() {
+    QGroupBox* frame = makeFrame(QStringLiteral("MEASURE"), this);
+    auto* g = new QGridLayout(frame);
+    cboMEASURE = makeList(QStringLiteral("cboMEASURE"),
+                          {"MEASOUT Hi-Z ", "MEASOUT = ISENSE", "MEASOUT = VSENSE", "MEASOUT = KSENSE",
+                           "MEASOUT = TSENSE", "MEASOUT = DUTGND SENSE", "MEASOUT = DIAG A",
+                           "MEASOUT = DIAG B"},
+                          QStringLiteral("MEASOUT = VSENSE"), frame);
+    g->addWidget(cboMEASURE, 0, 0, 1, 2);
+    QGroupBox* gains = makeFrame(QStringLiteral("GAIN SETTING"), frame);
+    auto* gv = new QVBoxLayout(gains);
+    IMEASG = makeList(QStringLiteral("IMEASG"), {"I MEAS GAIN = 20", "I MEAS GAIN = 10"},
+                      QStringLiteral("I MEAS GAIN =20"), gains);
+    MEASOUTG = makeList(QStringLiteral("MEASOUTG"), {"MEASOUT GAIN =0.2", "MEASOUT GAIN = 1"},
+                        QStringLiteral("MEASOUT GAIN = 0.2"), gains);
+    gv->addWidget(IMEASG);
+    gv->addWidget(MEASOUTG);
+    g->addWidget(gains, 1, 0);
+    QGroupBox* compare = makeFrame(QStringLiteral("COMPARE"), frame);
+    auto* cv = new QVBoxLayout(compare);
+    cboCompare = makeList(QStringLiteral("cboCompare"),
+                          {"Compare o/p Hi-Z", "Compare o/p Hi-Z", "Compare Current", "Compare Voltage"},
+                          QStringLiteral("Compare o/p Hi-Z"), compare);
+    cv->addWidget(cboCompare);
+    cv->addStretch(1);
+    g->addWidget(compare, 1, 1);
+    return frame;
+}
+
+QWidget* frmMain::buildSystemFrame() {
+    QGroupBox* frame = makeFrame(QStringLiteral("SYSTEM"), this);
+    auto* g = new QGridLayout(frame);
+    cboSlave = makeList(QStringLiteral("cboSlave"),
+                        {"MASTER - Copy Voltage", "MASTER - Copy Current", "SLAVE - FV", "SLAVE - F1"},
+                        QStringLiteral("MASTER - Copy Voltage"), frame);
+    cboSlew = makeList(QStringLiteral("cboSlew"),
+                       {"1 V/us", "0.875 V/us", "0.75 V/us", "0.625 V/us", "0.5 V/us", "0.4375 V/us",
+                        "0.35 V/us", "0.3125 V/us"},
+                       QStringLiteral("1 V/us"), frame);
+    cboSysforce = makeList(QStringLiteral("cboSysforce"),
+                           {"Hi-Z SYS_FORCE & SENSE", "CONNECT TO FOHx MEASVHx"},
+                           QStringLiteral("SYSTEM FORCE/SENSE OPEN"), frame);
+    tempset = makeList(QStringLiteral("tempset"),
+                       {"TJ = 130degC", "TJ = 120degC", "TJ = 110degC", "TJ = 100degC"},
+                       QStringLiteral("ENABLED AT 130degC"), frame);
+    addRow(g, 0, "GANG MODE", cboSlave);
+    addRow(g, 1, "SLEW RATE", cboSlew);
+    addRow(g, 2, "SYSTEM FORCE/SENSE CONNECTION", cboSysforce);
+    addRow(g, 3, "DIE THERMAL SHUTDOWN", tempset);
+    chk10k = makeCheck(QStringLiteral("chk10k"), QStringLiteral("10K Resistor connected between Force/Sense"),
+                       false, frame);
+    chkGPO = makeCheck(QStringLiteral("chkGPO"), QStringLiteral("GPO"), false, frame);
+    g->addWidget(chk10k, 4, 0, 1, 2);
+    g->addWidget(chkGPO, 5, 0, 1, 2);
+    return frame;
+}
+
+QWidget* frmMain::buildAlarmFrame() {
+    QGroupBox* frame = makeFrame(QStringLiteral("ALARMS"), this);
+    auto* g = new QGridLayout(frame);
+    std::array<forms::Lamp*, 2>* lamps[6] = {&cmdTEMP, &cmdosalm, &cmddut, &cmdclamp, &cmdguard, &cmdcpo};
+    // The table lists the lamps two to a row, latched first.
+    for (size_t i = 0; i < std::size(qz::kAlarmLamps); ++i) {
+        const qz::AlarmLampRow& row = qz::kAlarmLamps[i];
+        const int r = static_cast<int>(i / 2);
+        auto* lamp = new forms::Lamp(forms::member(row.lamp, row.member), frame);
+        (*lamps[r])[static_cast<size_t>(row.member)] = lamp;
+        if (row.member == 0) g->addWidget(makeCaption(row.row, frame), r, 0);
+        g->addWidget(lamp, r, 1 + row.member);
+    }
+    // At start every lamp is green; the comparator captions read low.
+    for (auto* rowLamps : lamps)
+        for (forms::Lamp* lamp : *rowLamps) lamp->set(qz::kGreen, QStringLiteral("OK"));
+    cmdcpo[0]->set(qz::kGreen, QStringLiteral("L =  0"));
+    cmdcpo[1]->set(qz::kGreen, QStringLiteral("H = 0"));
+    cmdCheckAlarms = makeButton(QStringLiteral("cmdCheckAlarms"), QStringLiteral("Check Alarm Status"), frame);
+    cmdCLEAR = makeButton(QStringLiteral("cmdCLEAR"), QStringLiteral("CLEAR"), frame);
+    g->addWidget(cmdCheckAlarms, 6, 0, 1, 2);
+    g->addWidget(cmdCLEAR, 6, 2);
+    return frame;
+}
+
+QWidget* frmMain::buildWordBar() {
+    auto* bar = new QWidget(this);
+    auto* g = new QGridLayout(bar);
+    g->setContentsMargins(0, 0, 0, 0);
+    txtWrite = forms::makeOutBox(QStringLiteral("txtWrite"), bar);
+    txtRead = forms::makeOutBox(QStringLiteral("txtRead"), bar);
+    g->addWidget(makeCaption("Write", bar), 0, 0);
+    g->addWidget(txtWrite, 1, 0);
+    g->addWidget(makeCaption("Read", bar), 0, 1);
+    g->addWidget(txtRead, 1, 1);
+    readSYS = makeButton(QStringLiteral("readSYS"), QStringLiteral("READ SYS CONTR REG"), bar);
+    Command4 = makeButton(QStringLiteral("Command4"), QStringLiteral("READ DPS1"), bar);
+    readDPS2 = makeButton(QStringLiteral("readDPS2"), QStringLiteral("READ DPS2"), bar);
+    Command5 = makeButton(QStringLiteral("Command5"), QStringLiteral("READ COMP1"), bar);
+    readcomp2 = makeButton(QStringLiteral("readcomp2"), QStringLiteral("READ COMP2"), bar);
+    int c = 2;
+    for (QPushButton* b : {readSYS, Command4, readDPS2, Command5, readcomp2}) g->addWidget(b, 1, c++);
+    Command1 = makeButton(QStringLiteral("Command1"), QStringLiteral("SWEEP VOLTAGES - USE ADC"), bar);
+    Command2 = makeButton(QStringLiteral("Command2"), QStringLiteral("DIAGNOSTIC FUNCTIONS"), bar);
+    Command3 = makeButton(QStringLiteral("Command3"), QStringLiteral("COMPENSATION SETTINGS"), bar);
+    Command6 = makeButton(QStringLiteral("Command6"), QStringLiteral("LOAD DACS"), bar);
+    c = 0;
+    for (QPushButton* b : {Command1, Command2, Command3, Command6}) g->addWidget(b, 2, c++, 1, 1);
+    cmdRESET = makeButton(QStringLiteral("cmdRESET"), QStringLiteral("RESET QZ7740"), bar);
+    cmdEXIT = makeButton(QStringLiteral("cmdEXIT"), QStringLiteral("EXIT"), bar);
+    g->addWidget(cmdRESET, 1, 8);
+    g->addWidget(cmdEXIT, 2, 8);
+    g->setColumnStretch(7, 1);
+    return bar;
+}

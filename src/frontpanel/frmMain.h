@@ -1,0 +1,143 @@
+#pragma once
+// The front panel: the force voltage, the current range and clamps, the MEASOUT source and
+// the channel settings in the operator's terms, each selection written to the chip at
+// once; the alarms; the ways to the other panels. Its lists and check boxes have twins of
+// the same name on the console, and the two stay equal.
+
+#include "forms/Panel.h"
+
+#include <array>
+#include <initializer_list>
+#include <optional>
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+
+namespace forms {
+class Lamp;
+}
+
+class frmMain : public forms::Panel {
+public:
+    frmMain(qz::Session& session, forms::Navigator& navigator, QWidget* parent = nullptr);
+
+    void Form_Load();
+
+    // A list or check box of the selection table, as the operator's pick runs it: the
+    // shadow word changes, the twin on the console follows and the word goes out.
+    void fieldClick(const QString& control);
+    void optRef_Click(int index);
+
+    // The entries, on Enter.
+    void txtV_Enter();
+    void OFFSETx1_Enter();
+    void txtclamph_Enter();
+    void txtClampl_Enter();
+    void txtEXT1rsense_Enter();
+    void txtEXT2Rsense_Enter();
+
+    // The limits of the present codes into VoutMin, VoutMax and their boxes; false when a
+    // code box holds no code (refused on that box).
+    bool UpdateOutputLimits();
+    // The request of txtV to the FIN DAC; false when refused.
+    bool ForceVoltage();
+    void UpdateRangeNames();
+
+    // Reads, each showing the command in txtWrite and the reply in txtRead.
+    void readSYS_Click();
+    void Command4_Click();
+    void readDPS2_Click();
+    void Command5_Click();
+    void readcomp2_Click();
+    void cmdCheckAlarms_Click();
+    void cmdCLEAR_Click();
+
+    void cmdRESET_Click();
+    void cmdEXIT_Click();
+    void Command6_Click();
+
+    // "FORCE VOLTAGE"
+    QLineEdit* txtV;
+    QLineEdit* OFFSETx1;  // index 0 of its array
+    QLineEdit* txtDaccode;
+    QLineEdit* txtOutputV;
+    QLineEdit* txtOutputVl;
+    QLineEdit* txtOutputVh;
+    std::array<QRadioButton*, 3> optRef{};
+    QLineEdit* txtVREF;
+
+    // The channel.
+    QComboBox* cboCurrent;
+    QCheckBox* chkPD;
+    QCheckBox* chkENABLECH;
+    QCheckBox* chkCLAMPEN;
+    QLineEdit* txtclamph;
+    QLineEdit* txtClampl;
+    QLabel* lblmA;
+    QLineEdit* txtEXT1rsense;
+    QLineEdit* txtEXT2Rsense;
+    QComboBox* cboMEASURE;
+    QComboBox* cboCompare;
+    QComboBox* cboSlave;
+    QComboBox* cboSlew;
+    QComboBox* cboSysforce;
+    QCheckBox* chk10k;
+    QCheckBox* chkGPO;
+    QComboBox* IMEASG;
+    QComboBox* MEASOUTG;
+    QComboBox* tempset;
+
+    // Words.
+    QLineEdit* txtWrite;
+    QLineEdit* txtRead;
+    QPushButton* readSYS;
+    QPushButton* Command4;
+    QPushButton* readDPS2;
+    QPushButton* Command5;
+    QPushButton* readcomp2;
+
+    // "ALARMS"
+    std::array<forms::Lamp*, 2> cmdTEMP{};
+    std::array<forms::Lamp*, 2> cmdosalm{};
+    std::array<forms::Lamp*, 2> cmddut{};
+    std::array<forms::Lamp*, 2> cmdclamp{};
+    std::array<forms::Lamp*, 2> cmdguard{};
+    std::array<forms::Lamp*, 2> cmdcpo{};
+    QPushButton* cmdCheckAlarms;
+    QPushButton* cmdCLEAR;
+
+    // Ways out.
+    QPushButton* Command1;
+    QPushButton* Command2;
+    QPushButton* Command3;
+    QPushButton* Command6;
+    QPushButton* cmdRESET;
+    QPushButton* cmdEXIT;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    int refIndex_ = 0; // the reference option whose VREF is in use
+
+    QWidget* buildForceFrame();
+    QWidget* buildChannelFrame();
+    QWidget* buildClampFrame();
+    QWidget* buildMeasureFrame();
+    QWidget* buildSystemFrame();
+    QWidget* buildAlarmFrame();
+    QWidget* buildWordBar();
+    void wire();
+
+    void fields(std::initializer_list<QWidget*> controls);
+    void clampEntry(QLineEdit* box, bool high);
+    void readButton(int address);
+    void alarmRead(int command);
+    void showWrite(int32_t word);
+    // OFFSET of this panel, m and c of the console, each read from its box.
+    std::optional<std::array<int32_t, 3>> codes();
+};
