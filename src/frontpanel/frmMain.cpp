@@ -257,23 +257,30 @@ QWidget* frmMain::buildWordBar() {
     g->addWidget(txtWrite, 1, 0);
     g->addWidget(makeCaption("Read", bar), 0, 1);
     g->addWidget(txtRead, 1, 1);
+
+    auto* reads = new QHBoxLayout;
     readSYS = makeButton(QStringLiteral("readSYS"), QStringLiteral("READ SYS CONTR REG"), bar);
     Command4 = makeButton(QStringLiteral("Command4"), QStringLiteral("READ DPS1"), bar);
     readDPS2 = makeButton(QStringLiteral("readDPS2"), QStringLiteral("READ DPS2"), bar);
     Command5 = makeButton(QStringLiteral("Command5"), QStringLiteral("READ COMP1"), bar);
     readcomp2 = makeButton(QStringLiteral("readcomp2"), QStringLiteral("READ COMP2"), bar);
-    int c = 2;
-    for (QPushButton* b : {readSYS, Command4, readDPS2, Command5, readcomp2}) g->addWidget(b, 1, c++);
+    for (QPushButton* b : {readSYS, Command4, readDPS2, Command5, readcomp2}) reads->addWidget(b);
+    reads->addStretch(1);
+    g->addLayout(reads, 1, 2);
+
+    auto* ways = new QHBoxLayout;
     Command1 = makeButton(QStringLiteral("Command1"), QStringLiteral("SWEEP VOLTAGES - USE ADC"), bar);
     Command2 = makeButton(QStringLiteral("Command2"), QStringLiteral("DIAGNOSTIC FUNCTIONS"), bar);
     Command3 = makeButton(QStringLiteral("Command3"), QStringLiteral("COMPENSATION SETTINGS"), bar);
     Command6 = makeButton(QStringLiteral("Command6"), QStringLiteral("LOAD DACS"), bar);
-    c = 0;
-    for (QPushButton* b : {Command1, Command2, Command3, Command6}) g->addWidget(b, 2, c++, 1, 1);
+    for (QPushButton* b : {Command1, Command2, Command3, Command6}) ways->addWidget(b);
+    ways->addStretch(1);
+    g->addLayout(ways, 2, 0, 1, 3);
+
     cmdRESET = makeButton(QStringLiteral("cmdRESET"), QStringLiteral("RESET QZ7740"), bar);
     cmdEXIT = makeButton(QStringLiteral("cmdEXIT"), QStringLiteral("EXIT"), bar);
-    g->addWidget(cmdRESET, 1, 8);
-    g->addWidget(cmdEXIT, 2, 8);
-    g->setColumnStretch(7, 1);
+    g->addWidget(cmdRESET, 1, 3);
+    g->addWidget(cmdEXIT, 2, 3);
+    g->setColumnStretch(2, 1);
     return bar;
 }
