@@ -9,22 +9,13 @@
 namespace qz {
 
 std::optional<int32_t> parseHex(std::string_view text) {
+    // from_chars takes no sign, no prefix and no blanks, and refuses more than 32 bits.
     if (text.empty()) return std::nullopt;
-    uint64_t v = 0;
-    for (char c : text) {
-        int d;
-        if (c >= '0' && c <= '9')
-            d = c - '0';
-        else if (c >= 'A' && c <= 'F')
-            d = c - 'A' + 10;
-        else if (c >= 'a' && c <= 'f')
-            d = c - 'a' + 10;
-        else
-            return std::nullopt;
-        v = v * 16 + static_cast<uint64_t>(d);
-        if (v > 0xFFFFFFFFull) return std::nullopt;
-    }
-    return static_cast<int32_t>(static_cast<uint32_t>(v));
+    uint32_t v = 0;
+    const char* last = text.data() + text.size();
+    const auto r = std::from_chars(text.data(), last, v, 16);
+    if (r.ec != std::errc() || r.ptr != last) return std::nullopt;
+    return static_cast<int32_t>(v);
 }
 
 std::optional<int32_t> readDacCode(std::string_view text) {
@@ -142,12 +133,9 @@ std::optional<int32_t> parseWhole(std::string_view text) {
 }
 
 double roundHalfEven(double x) {
-    if (!std::isfinite(x)) return x;
-    const double f = std::floor(x);
-    const double frac = x - f; // exact for every finite double
-    if (frac > 0.5) return f + 1.0;
-    if (frac < 0.5) return f;
-    return std::fmod(f, 2.0) == 0.0 ? f : f + 1.0;
+    // nearbyint rounds in the current mode; the program never leaves the default,
+    // FE_TONEAREST, which takes a tie to the even neighbour.
+    return std::nearbyint(x);
 }
 
 } // namespace qz

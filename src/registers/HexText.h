@@ -3,9 +3,13 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qz {
+
+// The text with its letters a..z upper-cased.
+std::string upperCase(std::string_view text);
 
 // Upper-case hexadecimal digits of number, with "0" in front up to length characters.
 // A number with more digits keeps all of them; a negative number gives an empty text,
