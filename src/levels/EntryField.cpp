@@ -4,19 +4,9 @@
 #include "levels/TransferLaw.h"
 #include "registers/HexText.h"
 
-#include <algorithm>
-#include <cctype>
-
 namespace qz {
 
 namespace {
-
-std::string upper(std::string_view s) {
-    std::string u(s);
-    std::transform(u.begin(), u.end(), u.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-    return u;
-}
 
 FieldCheck refuse(const char* message) {
     FieldCheck r;
@@ -35,17 +25,17 @@ DecimalCheck refuseDecimal(const char* message) {
 FieldCheck checkHexField(const HexField& field, std::string_view text) {
     const auto v = parseHex(text);
     if (!v) return refuse(kNotValidNumber);
-    if (*v > field.upper) return refuse(field.tooLarge);
+    // A negative number (eight digits, the top bit set) lies past every field's range.
+    if (*v < 0 || *v > field.upper) return refuse(field.tooLarge);
     if (field.tooSmall && *v < field.lower) return refuse(field.tooSmall);
-    const int32_t value = *v < 0 ? *v & field.cutMask : *v;
     FieldCheck r;
     r.ok = true;
-    r.value = value;
-    r.text = upper(text);
+    r.value = *v;
+    r.text = upperCase(text);
     PadHex4(r.text);
-    // The box must show what is sent. Only a cut value, or a word box's eight digits that
-    // PadHex4 shortens, read otherwise; they show the code itself.
-    if (parseHex(r.text) != value) r.text = NumberToHex(value, field.cutMask == 0xFFFF ? 4 : 6);
+    // The box must show what is sent: eight digits in the word box, which PadHex4 cuts to
+    // four, show the six of the word.
+    if (parseHex(r.text) != r.value) r.text = NumberToHex(r.value, 6);
     return r;
 }
 
@@ -64,7 +54,7 @@ FieldCheck checkWordOnLeave(const std::string& text) {
     FieldCheck r;
     r.ok = true;
     r.value = *v;
-    r.text = upper(text);
+    r.text = upperCase(text);
     return r;
 }
 
@@ -97,7 +87,7 @@ DecimalCheck checkVoltageEntry(std::string_view text, float VoutMin, float VoutM
     DecimalCheck r;
     r.ok = true;
     r.value = *v;
-    r.text = upper(text);
+    r.text = upperCase(text);
     return r;
 }
 

@@ -21,20 +21,19 @@ struct FieldCheck {
 
 // A hexadecimal field: the text is read as hexadecimal (parseHex), tested against the
 // field's upper bound and, for txtCLHx1 alone, its lower bound; then upper-cased and
-// tidied by PadHex4. A negative value (an eight-digit text with its top bit set) passes
-// the bounds as it is, and is then cut to its low 16 bits, which are the four digits the
-// tidied box shows, so that the word sent matches the box, even in a field narrower than
-// 16 bits ("FFFFFF80" in txtRampStep sends 0x3FFF80 and shows "FF80"). Where the tidy
-// would still show other digits than those sent (a longer text with leading zeros, or
-// eight digits in the word box), the text is the code itself, four or six digits.
+// tidied by PadHex4. A negative value (an eight-digit text with its top bit set, as
+// "FFFF8000") is past every field's range and is refused with the field's tooLarge text:
+// cut to 16 bits it would let by a code the field refuses when typed short ("FFFFFF80"
+// in txtRampStep would send 0xFF80, far past its 0x7F). In the word box, eight digits
+// that PadHex4 would cut to four show as the six of the word.
 FieldCheck checkHexField(const HexField& field, std::string_view text);
 
 // txtFINx1 also reads OFFSETx1(0) of the console, for the outputV that follows: when
 // that box holds no code (readDacCode), txtFINx1 is refused as not a valid number.
 FieldCheck checkFINx1Entry(std::string_view text, std::string_view offsetText);
 
-// Text1, the console's word box: any 24-bit word. A negative eight-digit text gives its
-// low 24 bits, and eight digits show as the six of the word ("FF812345" is "812345").
+// Text1, the console's word box: any 24-bit word; a negative eight-digit text is refused
+// with its bound text. Eight digits show as the six of the word ("00812345" is "812345").
 FieldCheck checkWordEntry(const std::string& text);
 
 // The check Text1 makes when it loses the focus: a hexadecimal number, upper-cased.

@@ -65,12 +65,11 @@ inline constexpr int kHexFieldCount = static_cast<int>(HexFieldId::frmMain_OFFSE
 
 struct HexField {
     HexFieldId id;
-    const char* name; // the control's name
-    int32_t upper;    // highest value taken
-    const char* tooLarge;
+    const char* name;      // the control's name
+    int32_t upper;         // highest value taken
+    const char* tooLarge;  // a value above upper, or a negative one
     int32_t lower;         // lowest value taken, tested only where tooSmall is given
-    const char* tooSmall;  // nullptr: no lower bound, so a negative value passes
-    int32_t cutMask;       // a negative value keeps these bits of it
+    const char* tooSmall;  // nullptr: no lower bound but 0, which tooLarge guards
     int32_t addressWord;   // the register address in bits 22..16; 0 for Text1
     const char* startText; // Text1 starts empty and then shows the last word sent
     FurtherStep step;

@@ -13,9 +13,10 @@ namespace qz {
 std::optional<int32_t> parseHex(std::string_view text);
 
 // A 16-bit DAC code read from the text of its box (OFFSET, m, c, x1) by a routine that
-// did not get there by the box's Enter key. A negative value from an eight-digit text
-// stands for its low 16 bits, as the box's own entry makes of it; a larger number is
-// taken as it is; a text that is not hexadecimal is no code at all.
+// did not get there by the box's Enter key. A negative value from an eight-digit text,
+// which the box's own Enter refuses, stands here for its low 16 bits, the four digits
+// PadHex4 leaves of it; a larger number is taken as it is; a text that is not
+// hexadecimal is no code at all.
 std::optional<int32_t> readDacCode(std::string_view text);
 
 // A decimal entry as a bench engineer types it. Accepted, and nothing else:
