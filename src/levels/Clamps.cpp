@@ -17,7 +17,7 @@ namespace {
 // The two clamps test the same way with their bounds swapped: the current must be at or
 // below `upper`, then at or above `lower`.
 struct ClampRule {
-    int32_t addressWord;
+    HexFieldId x1Box;  // the console's box of the register written
     bool limitIsUpper; // High: L is the upper bound and 0 the lower; Low: 0 and -L
     const char* aboveUpper;
     const char* belowLower;
@@ -26,8 +26,8 @@ struct ClampRule {
 };
 
 constexpr ClampRule kClampRules[] = {
-    {0x100000, true, kClampHighAboveLimit, kClampHighNegative, 32768.0, 65535.0},
-    {0x0D0000, false, kClampLowPositive, kClampLowBelowLimit, 0.0, 32768.0},
+    {HexFieldId::txtCLHx1, true, kClampHighAboveLimit, kClampHighNegative, 32768.0, 65535.0},
+    {HexFieldId::txtCLLx1, false, kClampLowPositive, kClampLowBelowLimit, 0.0, 32768.0},
 };
 
 ClampResult refuse(const char* message, ClampBlame blame) {
@@ -84,7 +84,7 @@ ClampResult computeClamp(ClampSide side, std::string_view entry, int IRangeIndex
         roundHalfEven(65536.0 * static_cast<double>(level) / spanOf(VREF) + 32768.0);
     r.code = static_cast<int32_t>(std::clamp(code, rule.lowestCode, rule.highestCode));
     r.ok = true;
-    r.DAClast = rule.addressWord | r.code;
+    r.DAClast = hexField(rule.x1Box).addressWord | r.code;
     r.txtWrite = NumberToHex(r.DAClast, 6);
     return r;
 }

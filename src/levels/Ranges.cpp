@@ -1,10 +1,13 @@
 #include "levels/Ranges.h"
 
 #include "levels/Messages.h"
+#include "registers/ReadDecoders.h"
 
 namespace qz {
 
 namespace {
+
+static_assert(kRangeReadback.size() == kCurrentRangeCount, "one read-back text per range");
 
 struct NamingRule {
     float VREF;

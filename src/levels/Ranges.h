@@ -1,5 +1,5 @@
 #pragma once
-// The current ranges: what each puts in PMUreg, its sense resistor and entry unit, and
+// The current ranges: the sense resistor and entry unit of each, and
 // the names the range lists show.
 
 #include <array>
@@ -13,24 +13,23 @@ inline constexpr int kCurrentRangeCount = 7;
 enum class RsenseBox { None, EXT2, EXT1 };
 
 struct CurrentRange {
-    int32_t pmuBits; // OR-ed into PMUreg (bits 13..11)
-    float rsense;    // ohms; 0 where rsenseBox gives it
+    float rsense; // ohms; 0 where rsenseBox gives it
     RsenseBox rsenseBox;
-    double toAmperes;   // an entry in the range's unit times this is amperes
-    const char* lblmA;  // the unit caption beside the clamp boxes
-    const char* status; // the read-back status text
+    double toAmperes;  // an entry in the range's unit times this is amperes
+    const char* lblmA; // the unit caption beside the clamp boxes
 };
 
-// Indexed by IRangeIndex, the list index of cboCurrent on either panel. Index 5 is EXT2
-// and index 6 EXT1.
+// Indexed by IRangeIndex: the list index of cboCurrent on either panel, and the value of
+// the range field of PMUreg (bits 13..11), whose read-back texts are kRangeReadback.
+// Index 5 is EXT2 and index 6 EXT1.
 inline constexpr std::array<CurrentRange, kCurrentRangeCount> kCurrentRanges{{
-    {0x0000, 100000.0f, RsenseBox::None, 1e-6, "uA", "Current Range = 5uA"},
-    {0x0800, 20000.0f, RsenseBox::None, 1e-6, "uA", "Current Range = 25uA"},
-    {0x1000, 2000.0f, RsenseBox::None, 1e-6, "uA", "Current Range = 250uA"},
-    {0x1800, 200.0f, RsenseBox::None, 0.001, "mA", "Current Range = 2.5mA"},
-    {0x2000, 20.0f, RsenseBox::None, 0.001, "mA", "Current Range = 25mA"},
-    {0x2800, 0.0f, RsenseBox::EXT2, 1.0, "A", "Current Range = Ext Range 2"},
-    {0x3000, 0.0f, RsenseBox::EXT1, 1.0, "A", "Current Range = Ext Range 1"},
+    {100000.0f, RsenseBox::None, 1e-6, "uA"},
+    {20000.0f, RsenseBox::None, 1e-6, "uA"},
+    {2000.0f, RsenseBox::None, 1e-6, "uA"},
+    {200.0f, RsenseBox::None, 0.001, "mA"},
+    {20.0f, RsenseBox::None, 0.001, "mA"},
+    {0.0f, RsenseBox::EXT2, 1.0, "A"},
+    {0.0f, RsenseBox::EXT1, 1.0, "A"},
 }};
 
 using RangeNames = std::array<const char*, kCurrentRangeCount>;

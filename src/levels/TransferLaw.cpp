@@ -1,5 +1,6 @@
 #include "levels/TransferLaw.h"
 
+#include "levels/FieldTable.h"
 #include "levels/Messages.h"
 #include "levels/NumberText.h"
 #include "levels/Numbers.h"
@@ -92,7 +93,7 @@ ForceResult forceCode(double V, float VREF, int32_t OFFSET, int32_t m, int32_t c
     r.output = static_cast<float>(lawVolts(r.x2, VREF, OFFSET));
     r.txtDaccode = NumberToHex(r.x1, 4);
     r.txtOutputV = formatNumber(r.output, kVoltFormat);
-    r.DAClast = r.x1 | kFinX1Word;
+    r.DAClast = r.x1 | hexField(HexFieldId::txtFINx1).addressWord;
     r.txtWrite = NumberToHex(r.DAClast, 6);
     return r;
 }

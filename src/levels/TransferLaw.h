@@ -21,9 +21,6 @@ namespace qz {
 inline constexpr const char* kVoltageOutsideLimits =
     "Number too large. Please reenter voltage between Z/S and F/S.";
 
-// The FIN DAC x1 register's address word.
-inline constexpr int32_t kFinX1Word = 0x080000;
-
 // VREF x 5.125, in double precision.
 double spanOf(float VREF);
 // False for a VREF of zero or not finite, from which no code can be worked out.
@@ -76,7 +73,7 @@ struct ForceResult {
     float output = 0.0f;    // single precision
     std::string txtDaccode; // x1, NumberToHex width 4; also the console's txtFINx1
     std::string txtOutputV; // output in "00.000"
-    int32_t DAClast = 0;    // kFinX1Word OR x1: the word to send
+    int32_t DAClast = 0;    // txtFINx1's address word OR x1: the word to send
     std::string txtWrite;   // DAClast, NumberToHex width 6, written after the send
 };
 ForceResult ForceVoltage(double V, float VREF, int32_t OFFSET, int32_t m, int32_t c);
