@@ -2,6 +2,7 @@
 
 #include <libusb.h>
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -9,7 +10,7 @@ namespace qz {
 
 namespace {
 
-// Walks the attached devices; calls f(device, path byte) for each with this identity.
+// Walks the attached devices; calls f(device) for each with this identity until f says stop.
 template <typename F>
 void forEachBoard(libusb_context* ctx, uint16_t vendor, uint16_t product, F f) {
     libusb_device** devices = nullptr;
@@ -19,9 +20,23 @@ void forEachBoard(libusb_context* ctx, uint16_t vendor, uint16_t product, F f) {
         libusb_device_descriptor d{};
         if (libusb_get_device_descriptor(devices[i], &d) != 0) continue;
         if (d.idVendor != vendor || d.idProduct != product) continue;
-        if (!f(devices[i], libusb_get_device_address(devices[i]))) break;
+        if (!f(devices[i])) break;
     }
     libusb_free_device_list(devices, 1);
+}
+
+// The bus and the ports from the root hub down: what stays when a controller leaves the bus
+// and comes back under a new address with its firmware. Where the stack cannot tell the
+// ports, the address stands in (0 is no port number).
+std::vector<uint8_t> placeOf(libusb_device* device) {
+    std::vector<uint8_t> place{libusb_get_bus_number(device)};
+    uint8_t ports[8];  // a USB tree is at most seven hubs deep
+    const int n = libusb_get_port_numbers(device, ports, static_cast<int>(sizeof ports));
+    if (n > 0)
+        place.insert(place.end(), ports, ports + n);
+    else
+        place.insert(place.end(), {0, libusb_get_device_address(device)});
+    return place;
 }
 
 } // namespace
@@ -37,21 +52,29 @@ bool LibusbPort::init() {
 }
 
 std::vector<uint8_t> LibusbPort::list(uint16_t vendor, uint16_t product) {
-    std::vector<uint8_t> paths;
-    if (!ctx_) return paths;
-    forEachBoard(ctx_, vendor, product, [&](libusb_device*, uint8_t path) {
-        paths.push_back(path);
+    listed_.clear();
+    if (!ctx_) return listed_;
+    forEachBoard(ctx_, vendor, product, [&](libusb_device* device) {
+        const std::vector<uint8_t> place = placeOf(device);
+        auto known = std::find(places_.begin(), places_.end(), place);
+        if (known == places_.end()) {
+            if (places_.size() == kMaxPathByte) return true;  // no byte left to name it
+            known = places_.insert(places_.end(), place);
+        }
+        listed_.push_back(static_cast<uint8_t>(known - places_.begin() + 1));
         return true;
     });
-    return paths;
+    return listed_;
 }
 
 int LibusbPort::open(uint16_t vendor, uint16_t product, uint8_t path) {
     if (!ctx_) return PortNoDevice;
     close();
+    if (std::find(listed_.begin(), listed_.end(), path) == listed_.end()) return PortNotFound;
+    const std::vector<uint8_t>& wanted = places_[path - 1u];
     int result = PortNotFound;
-    forEachBoard(ctx_, vendor, product, [&](libusb_device* device, uint8_t p) {
-        if (p != path) return true;
+    forEachBoard(ctx_, vendor, product, [&](libusb_device* device) {
+        if (placeOf(device) != wanted) return true;
         result = libusb_open(device, &dev_);
         return false;
     });

@@ -1,7 +1,13 @@
 #pragma once
-// UsbPort over libusb-1.0.
+// UsbPort over libusb-1.0. A path byte names the place of a board (its bus and the ports
+// down to it), given in the order the boards are first seen: 1, 2, 3, ... Two boards with
+// the same device address on two buses get two bytes, and a board that leaves the bus and
+// comes back on the same port keeps its byte.
 
 #include "board/UsbPort.h"
+
+#include <cstddef>
+#include <vector>
 
 struct libusb_context;
 struct libusb_device_handle;
@@ -24,9 +30,12 @@ public:
 
 private:
     void close();
+    static constexpr std::size_t kMaxPathByte = 255;
 
     libusb_context* ctx_ = nullptr;
     libusb_device_handle* dev_ = nullptr;
+    std::vector<std::vector<uint8_t>> places_;  // path byte k names places_[k - 1]
+    std::vector<uint8_t> listed_;               // the bytes of the last list(), which open takes
 };
 
 } // namespace qz

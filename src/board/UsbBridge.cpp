@@ -3,6 +3,7 @@
 #include "board/IntelHex.h"
 #include "board/StatusCodes.h"
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 
@@ -37,14 +38,14 @@ int32_t UsbBridge::Connect(int32_t vendor, int32_t product, uint8_t path, int32_
     if (!usable_) return status::NoMatchingDevice;
     const std::vector<uint8_t> found =
         port_->list(static_cast<uint16_t>(vendor), static_cast<uint16_t>(product));
-    bool present = false;
-    for (uint8_t p : found) present = present || p == path;
-    if (!present) return status::NoMatchingDevice;
+    if (std::find(found.begin(), found.end(), path) == found.end())
+        return status::NoMatchingDevice;
     if (port_->open(static_cast<uint16_t>(vendor), static_cast<uint16_t>(product), path) != 0)
         return status::ConnectionError;
     connected_ = true;
     lost_ = false;
     mayReattach_ = false;
+    path_ = path;
     vendor_ = static_cast<uint16_t>(vendor);
     product_ = static_cast<uint16_t>(product);
     timeoutsInRow_ = 0;
@@ -83,10 +84,14 @@ int32_t UsbBridge::Download_Firmware(int32_t handle, const uint8_t* path) {
     return status::OK;
 }
 
+// Only the board's own path byte will do: with two boards attached, the other one is on the
+// bus all the while.
 bool UsbBridge::reattach() {
     for (int i = 0; i < kReattachPolls; ++i) {
         const std::vector<uint8_t> found = port_->list(vendor_, product_);
-        if (!found.empty() && port_->open(vendor_, product_, found.front()) == 0) return true;
+        if (std::find(found.begin(), found.end(), path_) != found.end() &&
+            port_->open(vendor_, product_, path_) == 0)
+            return true;
         port_->pause(kReattachPollMs);
     }
     return false;

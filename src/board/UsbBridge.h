@@ -46,6 +46,7 @@ private:
     // drop the device off the bus and bring it back under a new address.
     bool mayReattach_ = false;
     uint16_t vendor_ = 0, product_ = 0;
+    uint8_t path_ = 0;  // the board connected, looked for again after its download
     int timeoutsInRow_ = 0;
     static constexpr int32_t kHandle = 1;
 };

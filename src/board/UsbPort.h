@@ -26,9 +26,12 @@ public:
     virtual ~UsbPort() = default;
     // False when the USB stack cannot be used at all.
     virtual bool init() = 0;
-    // One path byte for every attached device with this vendor and product number.
+    // One path byte for every attached device with this vendor and product number; each
+    // names one device, and a device that leaves the bus and comes back on the same port
+    // (a controller that restarts with its new firmware) keeps its byte. Never 0.
     virtual std::vector<uint8_t> list(uint16_t vendor, uint16_t product) = 0;
-    // Opens the device with this path byte and claims interface 0. 0 or a PortError.
+    // Opens the device with this path byte, given by the last list(), and claims
+    // interface 0. 0 or a PortError; a byte the last list() did not give opens nothing.
     virtual int open(uint16_t vendor, uint16_t product, uint8_t path) = 0;
     // One control transfer on the open device: the number of bytes moved, or a PortError.
     virtual int control(uint8_t requestType, uint8_t request, uint16_t value, uint16_t index,

@@ -208,7 +208,8 @@ int32_t VirtualBoard::Vendor_Request(int32_t handle, int32_t request, int32_t va
         if (value < 0 || value > 0xFF) break;
         if (out) {
             if (index < 0 || index > 0xFF) break;
-            if (!sensorReadOnly(value)) sensor_[static_cast<size_t>(value)] = static_cast<uint8_t>(index);
+            if (!sensorReadOnly(value))
+                sensor_[static_cast<size_t>(value)] = static_cast<uint8_t>(index);
             return status::OK;
         }
         if (in && length == 1) {

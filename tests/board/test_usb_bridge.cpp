@@ -1,60 +1,48 @@
+#include "board/IntelHex.h"
 #include "board/StatusCodes.h"
 #include "board/UsbBridge.h"
+#include "board/Wire.h"
+
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <deque>
-#include <filesystem>
-#include <unistd.h>
 #include <fstream>
+
+namespace wire = qz::wire;
+namespace status = qz::status;
+using Rows = std::vector<std::vector<int>>;
+using Bytes = std::vector<uint8_t>;
 
 namespace {
 
-struct Transfer {
-    uint8_t type, request;
-    uint16_t value, index, length;
-    unsigned timeout;
-    std::vector<uint8_t> data;
-};
-
-// A USB stack that answers from a script.
+// A USB stack that answers from a script and logs every transfer.
 class ScriptedPort : public qz::UsbPort {
 public:
-    bool works = true;
-    std::vector<uint8_t> devices{9};
-    int openResult = 0;
-    std::vector<uint8_t> opened;  // path bytes of every open
-    int pauses = 0;
-    // After this many pauses the device list becomes `back` (a device that came back).
-    int pausesUntilBack = -1;
-    std::vector<uint8_t> back;
-    std::deque<int> results;  // results of the next transfers; empty: complete transfers
-    std::vector<Transfer>* log;
+    Bytes devices{1, 2};  // path bytes of the boards attached
+    int openResult = 0, pauses = 0, pausesUntilBack = -1;  // then the boards are `back`
+    Bytes opened, back;
+    std::deque<int> results;  // of the next transfers; when empty, every transfer completes
+    Rows sent;                // type, request, value, index, length, time-out of each transfer
+    std::vector<Bytes> data;
 
-    explicit ScriptedPort(std::vector<Transfer>* l) : log(l) {}
-    bool init() override { return works; }
-    std::vector<uint8_t> list(uint16_t vendor, uint16_t product) override {
-        if (vendor != 0x0456 || product != 0xB21F) return {};
-        return devices;
+    bool init() override { return true; }
+    Bytes list(uint16_t vendor, uint16_t product) override {
+        return vendor == 0x0456 && product == 0xB21F ? devices : Bytes{};
     }
     int open(uint16_t, uint16_t, uint8_t path) override {
         opened.push_back(path);
         return openResult;
     }
-    void pause(unsigned ms) override {
-        EXPECT_EQ(ms, qz::UsbBridge::kReattachPollMs);
-        if (++pauses == pausesUntilBack) devices = back;
-    }
-    int control(uint8_t type, uint8_t request, uint16_t value, uint16_t index, uint8_t* data,
-                uint16_t length, unsigned timeout) override {
-        log->push_back({type, request, value, index, length, timeout,
-                        data ? std::vector<uint8_t>(data, data + length) : std::vector<uint8_t>{}});
-        if (results.empty()) {
-            if (type == 0xC0)
-                for (uint16_t i = 0; i < length; ++i) data[i] = static_cast<uint8_t>(0x10 + i);
-            return length;
-        }
+    void pause(unsigned) override { devices = ++pauses == pausesUntilBack ? back : devices; }
+    int control(uint8_t type, uint8_t request, uint16_t value, uint16_t index, uint8_t* bytes,
+                uint16_t length, unsigned ms) override {
+        sent.push_back({type, request, value, index, length, int(ms)});
+        data.emplace_back(bytes, bytes + length);
+        for (uint16_t i = 0; type == 0xC0 && i < length; ++i) bytes[i] = uint8_t(0x10 + i);
+        if (results.empty()) return length;
         const int r = results.front();
         results.pop_front();
         return r;
@@ -63,226 +51,138 @@ public:
 
 class UsbBridgeTest : public ::testing::Test {
 protected:
-    std::vector<Transfer> log;
-    ScriptedPort* port = nullptr;
-    std::unique_ptr<qz::UsbBridge> bridge;
+    ScriptedPort* port = new ScriptedPort;
+    qz::UsbBridge bridge{std::unique_ptr<qz::UsbPort>(port)};
     int32_t handle = 0;
+    int16_t count = 0;
+    uint8_t paths[128] = {};
+    QTemporaryDir dir;
 
-    void SetUp() override {
-        auto p = std::make_unique<ScriptedPort>(&log);
-        port = p.get();
-        bridge = std::make_unique<qz::UsbBridge>(std::move(p));
-    }
-    int32_t search(int16_t& count) {
-        uint8_t paths[128] = {};
-        return bridge->Search_For_Boards(1110, 45599, count, paths);
-    }
     void connect() {
-        int16_t count = 0;
-        ASSERT_EQ(search(count), 0);
-        ASSERT_EQ(bridge->Connect(1110, 45599, 9, handle), 0);
-        ASSERT_NE(handle, 0);
-        log.clear();
+        ASSERT_EQ(bridge.Search_For_Boards(1110, 45599, count, paths), 0);
+        ASSERT_EQ(bridge.Connect(1110, 45599, 2, handle), 0);
+        port->sent.clear();
     }
-    int32_t request(int32_t req, int32_t dir = 0, int32_t len = 0) {
+    int32_t request(int32_t req, int32_t v = 0, int32_t i = 0, int32_t dir = 0, int32_t len = 0) {
         uint8_t buf[8] = {};
-        return bridge->Vendor_Request(handle, req, 0, 0, dir, len, buf);
+        return bridge.Vendor_Request(handle, req, v, i, dir, len, buf);
     }
-    // Each test process writes its own file: CTest runs the tests side by side.
-    std::string writeFile(const std::string& text) {
-        const auto path = std::filesystem::temp_directory_path() /
-                          ("qz7740-test-fw-" + std::to_string(::getpid()) + ".hex");
+    int32_t download(const std::string& text) {
+        const std::string path = dir.filePath("QZ7740SPI.hex").toStdString();
         std::ofstream(path) << text;
-        written.push_back(path);
-        return path.string();
-    }
-    void TearDown() override {
-        for (const auto& p : written) std::filesystem::remove(p);
-    }
-    std::vector<std::filesystem::path> written;
-    int32_t download(const std::string& path) {
-        return bridge->Download_Firmware(handle, reinterpret_cast<const uint8_t*>(path.c_str()));
+        return bridge.Download_Firmware(handle, reinterpret_cast<const uint8_t*>(path.c_str()));
     }
 };
 
+const char* kOneByte = ":0100000055AA\n:00000001FF\n";
+
 } // namespace
 
-TEST_F(UsbBridgeTest, SearchCountsBoardsAndGivesTheirPathBytes) {
-    port->devices = {9, 12};
-    int16_t count = 0;
-    uint8_t paths[128] = {};
-    EXPECT_EQ(bridge->Search_For_Boards(1110, 45599, count, paths), 0);
-    EXPECT_EQ(count, 2);
-    EXPECT_EQ(paths[0], 9);
-    EXPECT_EQ(paths[1], 12);
-    EXPECT_EQ(bridge->linkState(), qz::LinkState::NoBoard);
-}
-
-TEST_F(UsbBridgeTest, NoBoardOrNoUsbStackIsNoDevicesFound) {
-    port->devices.clear();
-    int16_t count = 5;
-    EXPECT_EQ(search(count), qz::status::NoDevicesFound);
-    EXPECT_EQ(count, 0);
-
-    std::vector<Transfer> other;
-    auto dead = std::make_unique<ScriptedPort>(&other);
-    dead->works = false;
-    qz::UsbBridge noStack(std::move(dead));
-    uint8_t paths[128] = {};
-    count = 5;
-    EXPECT_EQ(noStack.Search_For_Boards(1110, 45599, count, paths), qz::status::NoDevicesFound);
-    EXPECT_EQ(count, 0);
-    int32_t h = 0;
-    EXPECT_EQ(noStack.Connect(1110, 45599, 0, h), qz::status::NoMatchingDevice);
-    EXPECT_EQ(h, 0);
-    uint8_t b = 0;
-    EXPECT_EQ(noStack.Vendor_Request(h, 221, 0, 0, 0, 0, &b), qz::status::NoDeviceConnected);
-}
-
-TEST_F(UsbBridgeTest, ConnectRefusesAnUnknownPathAndAFailedOpen) {
-    int16_t count = 0;
-    search(count);
-    EXPECT_EQ(bridge->Connect(1110, 45599, 3, handle), qz::status::NoMatchingDevice);
+TEST_F(UsbBridgeTest, BoardsAreFoundByPathByteAndRequestsAreControlTransfersInRange) {
+    qz::UsbBridge noStack{nullptr};  // no USB stack at all
+    EXPECT_EQ(noStack.Search_For_Boards(1110, 45599, count, paths), status::NoDevicesFound);
+    EXPECT_EQ(bridge.Search_For_Boards(1110, 45599, count, paths), 0);
+    EXPECT_EQ(Rows({{count, paths[0], paths[1]}}), Rows({{2, 1, 2}}));
+    EXPECT_EQ(bridge.Connect(1110, 45599, 3, handle), status::NoMatchingDevice);
+    connect();
+    const int word = wire::kSpiWord;
+    EXPECT_EQ(request(word, 0x2345, 0x81), 0);
+    EXPECT_EQ(request(word, 0, 0, 1, 3), 0);
+    EXPECT_EQ(request(255, 0xFFFF, 0xFFFF), 0);
+    EXPECT_EQ(port->sent, (Rows{{0x40, word, 0x2345, 0x81, 0, 1000}, {0xC0, word, 0, 0, 3, 1000},
+                                {0x40, 255, 0xFFFF, 0xFFFF, 0, 1000}}));
+    // What a transfer cannot carry is refused as the board refuses it, not sent cut short.
+    for (const auto& [req, value, index] : std::vector<std::tuple<int, int, int>>{
+             {256, 0, 0}, {-1, 0, 0}, {word, 0x10000, 0}, {word, -1, 0}, {word, 0, 0x10000},
+             {word, 0, -1}})
+        EXPECT_EQ(request(req, value, index), status::UnexpectedEndpointError) << req;
+    EXPECT_EQ(bridge.Vendor_Request(2, word, 0, 0, 0, 0, nullptr), status::NoDeviceConnected);
+    EXPECT_EQ(port->sent.size(), 3u);
     port->openResult = qz::PortAccess;
-    EXPECT_EQ(bridge->Connect(1110, 45599, 9, handle), qz::status::ConnectionError);
-    EXPECT_EQ(handle, 0);
-    EXPECT_EQ(bridge->linkState(), qz::LinkState::NoBoard);
+    EXPECT_EQ(bridge.Connect(1110, 45599, 1, handle), status::ConnectionError);
+    port->devices.clear();
+    EXPECT_EQ(bridge.Search_For_Boards(1110, 45599, count, paths), status::NoDevicesFound);
+    EXPECT_EQ(count, 0);
 }
 
-TEST_F(UsbBridgeTest, VendorRequestsAreVendorControlTransfersWithOneSecondTimeout) {
+TEST_F(UsbBridgeTest, FailedTransfersHaveTheirCodesAndThreeTimeOutsLoseTheBoard) {
     connect();
-    uint8_t dummy = 0;
-    EXPECT_EQ(bridge->Vendor_Request(handle, 221, 0x2345, 0x81, 0, 0, &dummy), 0);
-    uint8_t reply[3] = {};
-    EXPECT_EQ(bridge->Vendor_Request(handle, 221, 0, 0, 1, 3, reply), 0);
-    ASSERT_EQ(log.size(), 2u);
-    EXPECT_EQ(log[0].type, 0x40);
-    EXPECT_EQ(log[0].request, 221);
-    EXPECT_EQ(log[0].value, 0x2345);
-    EXPECT_EQ(log[0].index, 0x81);
-    EXPECT_EQ(log[0].length, 0);
-    EXPECT_EQ(log[0].timeout, 1000u);
-    EXPECT_EQ(log[1].type, 0xC0);
-    EXPECT_EQ(log[1].length, 3);
-    EXPECT_EQ(reply[0], 0x10);
-    EXPECT_EQ(reply[2], 0x12);
-    EXPECT_EQ(bridge->linkState(), qz::LinkState::Connected);
+    port->results = {qz::PortPipe, 2, qz::PortTimeout, qz::PortTimeout, 0,
+                     qz::PortTimeout, qz::PortTimeout, qz::PortTimeout};
+    EXPECT_EQ(request(wire::kSpiWord), status::UnexpectedEndpointError);
+    EXPECT_EQ(request(wire::kSpiWord, 0, 0, 1, 3), status::TransferIncomplete);  // 2 bytes of 3
+    for (int32_t expected : {3005, 3005, 0, 3005, 3005}) {  // an answer breaks the row
+        EXPECT_EQ(request(wire::kAdcConvert), expected);
+        EXPECT_EQ(bridge.linkState(), qz::LinkState::Connected);
+    }
+    EXPECT_EQ(request(wire::kAdcConvert), status::TransferIncomplete);
+    EXPECT_EQ(bridge.linkState(), qz::LinkState::Lost);
+    EXPECT_EQ(request(wire::kSpiWord), status::NoDeviceConnected);
+    EXPECT_EQ(port->sent.size(), 8u) << "a lost board is not asked again";
 }
 
-TEST_F(UsbBridgeTest, FailedTransfersMapToStatusCodes) {
+TEST_F(UsbBridgeTest, FirmwareGoesInBlocksWithTheCpuHeldInResetOrFailsWithItsCode) {
     connect();
-    port->results = {qz::PortPipe, 2, qz::PortIo};
-    EXPECT_EQ(request(221), qz::status::UnexpectedEndpointError);
-    EXPECT_EQ(request(221, 1, 3), qz::status::TransferIncomplete);  // two bytes of three
-    EXPECT_EQ(request(221), qz::status::UnexpectedEndpointError);
-    EXPECT_EQ(bridge->linkState(), qz::LinkState::Connected);
-    EXPECT_EQ(bridge->Vendor_Request(handle + 1, 221, 0, 0, 0, 0, nullptr),
-              qz::status::NoDeviceConnected);
-}
-
-TEST_F(UsbBridgeTest, ThreeTimeoutsInARowLoseTheBoardAndLaterRequestsFailAtOnce) {
-    connect();
-    port->results = {qz::PortTimeout, qz::PortTimeout, 0, qz::PortTimeout, qz::PortTimeout,
-                     qz::PortTimeout};
-    EXPECT_EQ(request(232), qz::status::TransferIncomplete);
-    EXPECT_EQ(request(232), qz::status::TransferIncomplete);
-    EXPECT_EQ(request(232), 0);  // an answer breaks the row
-    EXPECT_EQ(bridge->linkState(), qz::LinkState::Connected);
-    EXPECT_EQ(request(232), qz::status::TransferIncomplete);
-    EXPECT_EQ(request(232), qz::status::TransferIncomplete);
-    EXPECT_EQ(request(232), qz::status::TransferIncomplete);
-    EXPECT_EQ(bridge->linkState(), qz::LinkState::Lost);
-    const size_t made = log.size();
-    for (int i = 0; i < 100; ++i) EXPECT_EQ(request(221), qz::status::NoDeviceConnected);
-    EXPECT_EQ(log.size(), made) << "a lost board is not asked again";
-}
-
-TEST_F(UsbBridgeTest, UnpluggedBoardIsLostAtOnce) {
-    connect();
-    port->results = {qz::PortNoDevice};
-    EXPECT_EQ(request(221), qz::status::NoDeviceConnected);
-    EXPECT_EQ(bridge->linkState(), qz::LinkState::Lost);
-}
-
-TEST_F(UsbBridgeTest, FirmwareIsWrittenWithTheCpuHeldInReset) {
-    connect();
-    // 5008 bytes from 0x0000 in 16-byte records: one full block and the rest; then one
-    // byte at 0x2000.
-    std::string text;
+    // Address 0 and start records, CR LF, 5008 bytes of 0xAB from 0 and 0x55 at 0x2000.
+    std::string text = ":020000040000FA\r\n:0400000300000000F9\r\n";
     for (int addr = 0; addr < 5000; addr += 16) {
-        unsigned sum = 16 + (addr >> 8) + (addr & 0xFF) + 16 * 0xAB;
-        char line[64];
-        std::string data;
-        for (int i = 0; i < 16; ++i) data += "AB";
-        std::snprintf(line, sizeof line, ":10%04X00%s%02X\n", addr, data.c_str(),
-                      (0x100 - (sum & 0xFF)) & 0xFF);
+        char line[48];  // with its checksum, which makes the bytes of the record add up to 0
+        std::snprintf(line, sizeof line, ":10%04X00%s%02X\n", addr,
+                      "ABABABABABABABABABABABABABABABAB",
+                      -(addr / 256 + addr % 256 + 16 * 0xAC) & 0xFF);
         text += line;
     }
-    text += ":01200000558A\n:00000001FF\n";
-    const int32_t st = download(writeFile(text));
-    EXPECT_EQ(st, 0);
-    ASSERT_EQ(log.size(), 5u);
-    EXPECT_EQ(log[0].request, 0xA0);
-    EXPECT_EQ(log[0].value, 0xE600);
-    EXPECT_EQ(log[0].data, std::vector<uint8_t>{1});
-    EXPECT_EQ(log[1].value, 0x0000);
-    EXPECT_EQ(log[1].length, 4096);
-    EXPECT_EQ(log[2].value, 4096);
-    EXPECT_EQ(log[2].length, 5008 - 4096);
-    EXPECT_EQ(log[3].value, 0x2000);
-    EXPECT_EQ(log[3].data, std::vector<uint8_t>{0x55});
-    EXPECT_EQ(log[4].value, 0xE600);
-    EXPECT_EQ(log[4].data, std::vector<uint8_t>{0});
-    for (const Transfer& t : log) EXPECT_EQ(t.type, 0x40);
+    EXPECT_EQ(download(text + ":01200000558a\n:00000001FF\ntext after the end\n"), 0);
+    const int load = 0xA0, cpu = 0xE600;
+    EXPECT_EQ(port->sent, (Rows{{0x40, load, cpu, 0, 1, 1000}, {0x40, load, 0, 0, 4096, 1000},
+                                {0x40, load, 4096, 0, 5008 - 4096, 1000},
+                                {0x40, load, 0x2000, 0, 1, 1000}, {0x40, load, cpu, 0, 1, 1000}}));
+    EXPECT_EQ(port->data.at(0), Bytes{1});  // hold
+    EXPECT_EQ(port->data.at(4), Bytes{0});  // release
+    port->sent.clear();
+    const auto* missing = reinterpret_cast<const uint8_t*>("/nonexistent/QZ7740SPI.hex");
+    EXPECT_EQ(bridge.Download_Firmware(handle, missing), status::FirmwareNotFound);
+    EXPECT_EQ(download(":0100000055AB\n:00000001FF\n"), status::FirmwareCorrupted);  // checksum
+    EXPECT_EQ(download(":0100000055AA\n"), status::FirmwareCorrupted);  // no end record
+    EXPECT_TRUE(port->sent.empty()) << "nothing is written from a bad file";
+    for (int fails : {qz::PortPipe, qz::PortTimeout}) {
+        port->results = {1, fails};
+        EXPECT_EQ(download(kOneByte), status::FirmwareDownloadFailed);
+    }
 }
 
-TEST_F(UsbBridgeTest, ADeviceThatComesBackWithItsFirmwareIsFoundAgain) {
+TEST_F(UsbBridgeTest, OnlyTheBoardThatWasConnectedIsLookedForAfterItsDownload) {
     connect();
-    ASSERT_EQ(download(writeFile(":0100000055AA\n:00000001FF\n")), 0);
-    // The controller drops off the bus and comes back under address 12 after two polls.
-    port->devices = {};
-    port->back = {12};
+    ASSERT_EQ(download(kOneByte), 0);
+    // Board 2 leaves the bus and comes back after two polls; board 1 stays all the while.
+    port->devices = {1};
+    port->back = {1, 2};
     port->pausesUntilBack = 2;
     port->results = {qz::PortNoDevice};
-    log.clear();
-    EXPECT_EQ(request(224), 0);
+    EXPECT_EQ(request(wire::kStartService), 0);
+    EXPECT_EQ(port->opened, (Bytes{2, 2}));
+    EXPECT_EQ(port->sent.at(4), (std::vector<int>{0x40, wire::kStartService, 0, 0, 0, 1000}))
+        << "after the download's three transfers and the failed 224, 224 again";
+    EXPECT_EQ(bridge.linkState(), qz::LinkState::Connected);
+    port->results = {qz::PortNoDevice};  // unplugged later: lost at once, not looked for
+    EXPECT_EQ(request(wire::kSpiWord), status::NoDeviceConnected);
+    EXPECT_EQ(bridge.linkState(), qz::LinkState::Lost);
     EXPECT_EQ(port->pauses, 2);
-    EXPECT_EQ(port->opened.back(), 12);
-    ASSERT_EQ(log.size(), 2u) << "the request is made again on the device found";
-    EXPECT_EQ(log[1].request, 224);
-    EXPECT_EQ(bridge->linkState(), qz::LinkState::Connected);
-    // Only the first request after a download looks for it: a later unplug is a loss.
+    // A board that does not come back is lost after the wait; the other is never taken.
+    connect();
+    ASSERT_EQ(download(kOneByte), 0);
+    port->devices = {1};
     port->results = {qz::PortNoDevice};
-    EXPECT_EQ(request(221), qz::status::NoDeviceConnected);
-    EXPECT_EQ(bridge->linkState(), qz::LinkState::Lost);
-    EXPECT_EQ(port->pauses, 2);
+    EXPECT_EQ(request(wire::kStartService), status::NoDeviceConnected);
+    EXPECT_EQ(port->pauses, 2 + qz::UsbBridge::kReattachPolls);
+    EXPECT_EQ(port->opened, (Bytes{2, 2, 2}));
+    EXPECT_EQ(bridge.linkState(), qz::LinkState::Lost);
 }
 
-TEST_F(UsbBridgeTest, ADeviceThatDoesNotComeBackIsLostAfterTheWait) {
-    connect();
-    ASSERT_EQ(download(writeFile(":0100000055AA\n:00000001FF\n")), 0);
-    port->devices = {};
-    port->results = {qz::PortNoDevice};
-    EXPECT_EQ(request(224), qz::status::NoDeviceConnected);
-    EXPECT_EQ(port->pauses, qz::UsbBridge::kReattachPolls);
-    EXPECT_EQ(bridge->linkState(), qz::LinkState::Lost);
-}
-
-TEST_F(UsbBridgeTest, FirmwareFailuresHaveTheirCodes) {
-    EXPECT_EQ(download(writeFile(":00000001FF\n")), qz::status::NoDeviceConnected);
-    connect();
-    EXPECT_EQ(download("/nonexistent/QZ7740SPI.hex"), qz::status::FirmwareNotFound);
-    EXPECT_EQ(download(writeFile(":0100000055AB\n:00000001FF\n")), qz::status::FirmwareCorrupted);
-    EXPECT_EQ(download(writeFile(":0100000055AA\n")), qz::status::FirmwareCorrupted);
-    EXPECT_TRUE(log.empty()) << "nothing is written from a bad file";
-    port->results = {1, qz::PortPipe};
-    EXPECT_EQ(download(writeFile(":0100000055AA\n:00000001FF\n")),
-              qz::status::FirmwareDownloadFailed);
-}
-
-TEST_F(UsbBridgeTest, FirmwarePathWithoutTerminatorWithin512CharactersIsRefused) {
-    connect();
-    std::vector<uint8_t> path(600, 'a');  // no NUL in the first 513 bytes
-    path.back() = 0;
-    EXPECT_EQ(bridge->Download_Firmware(handle, path.data()), qz::status::FirmwareNotFound);
+TEST(IntelHex, ARecordNotOfTheFileFormIsRefused) {
+    // No colon, short, not hexadecimal, a sign or space for a digit, type 06, 0x10000, past 0xFFFF.
+    for (const char* record : {"0100000055AA", ":0400000002001EDC", ":04000000020G1E00DC",
+                               ":+100000055AA", ": 100000055AA", ":0400000602001E00D6",
+                               ":020000040001F9\n:0100000055AA", ":02FFFF00AABB9B"})
+        EXPECT_FALSE(qz::parseIntelHex(record + std::string("\n:00000001FF\n")).ok) << record;
 }
