@@ -1,52 +1,76 @@
 #include "shell/Options.h"
 
-#include <cstdlib>
+#include <QCommandLineParser>
+#include <QStringList>
 
 namespace qz {
 
+namespace {
+
+// The options, once: the parser and the usage text both read this table.
+struct OptionRow {
+    const char* name;
+    const char* value;  // the value's name, or empty for a switch
+    const char* help;
+};
+constexpr OptionRow kOptionRows[] = {
+    {"simulate", "", "run on the virtual board instead of a board on USB"},
+    {"trace", "FILE", "write every call to the board to FILE, one line each"},
+    {"help", "", "show the options"},
+};
+
+std::string flagOf(const OptionRow& row) {
+    return std::string("--") + row.name + (*row.value ? std::string(" ") + row.value : "");
+}
+
+} // namespace
+
 Options parseOptions(const std::vector<std::string>& args) {
+    QCommandLineParser parser;
+    for (const OptionRow& row : kOptionRows) {
+        QStringList names{QString::fromLatin1(row.name)};
+        if (names.front() == QLatin1String("help")) names.prepend(QStringLiteral("h"));
+        parser.addOption(QCommandLineOption(names, QString::fromLatin1(row.help),
+                                            QString::fromLatin1(row.value)));
+    }
+    // The arguments come as the platform gives them to main, after the program's name.
+    QStringList argv{QStringLiteral("qz7740")};
+    for (const std::string& a : args) argv << QString::fromLocal8Bit(a.c_str());
+
     Options o;
-    for (size_t i = 0; i < args.size(); ++i) {
-        const std::string& a = args[i];
-        if (a == "--simulate") {
-            o.simulate = true;
-        } else if (a == "--help" || a == "-h") {
-            o.help = true;
-        } else if (a == "--trace") {
-            if (i + 1 >= args.size() || args[i + 1].empty()) {
-                o.error = "--trace needs a file name";
-                return o;
-            }
-            o.tracePath = args[++i];
-        } else if (a.rfind("--trace=", 0) == 0 && a.size() > 8) {
-            o.tracePath = a.substr(8);
-        } else {
-            o.error = "unknown option " + a;
-            return o;
-        }
+    if (!parser.parse(argv)) {
+        o.error = parser.errorText().toStdString();
+    } else if (!parser.positionalArguments().isEmpty()) {
+        o.error = "unknown argument " + parser.positionalArguments().front().toStdString();
+    } else if (parser.isSet(QStringLiteral("trace")) &&
+               parser.value(QStringLiteral("trace")).isEmpty()) {
+        o.error = "--trace needs a file name";
+    } else {
+        o.simulate = parser.isSet(QStringLiteral("simulate"));
+        o.help = parser.isSet(QStringLiteral("help"));
+        o.tracePath = parser.value(QStringLiteral("trace")).toLocal8Bit().toStdString();
     }
     return o;
 }
 
 std::string usageText() {
-    return "Usage: qz7740 [--simulate] [--trace FILE] [--help]\n"
+    std::string synopsis = "qz7740";
+    std::string lines;
+    for (const OptionRow& row : kOptionRows) {
+        const std::string flag = flagOf(row);
+        synopsis += " [" + flag + "]";
+        lines += "  " + flag + std::string(15 - flag.size(), ' ') + row.help + "\n";
+    }
+    return synopsis + "\n" + lines +
            "\n"
            "Evaluation software for the QZ7740 device power supply on its USB board.\n"
-           "\n"
-           "  --simulate     run on the virtual board instead of a board on USB\n"
-           "  --trace FILE   write every call to the board to FILE, one line each\n"
-           "  --help         show this text\n"
-           "\n"
            "Without --simulate the program looks for the board on USB (vendor 0x0456,\n"
            "product 0xB21F) and loads QZ7740SPI.hex from its own directory into it.\n";
 }
 
 std::string displayProblem() {
-    auto set = [](const char* name) {
-        const char* v = std::getenv(name);
-        return v && *v;
-    };
-    if (set("QT_QPA_PLATFORM") || set("DISPLAY") || set("WAYLAND_DISPLAY")) return {};
+    for (const char* name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
+        if (!qEnvironmentVariableIsEmpty(name)) return {};
 #if defined(_WIN32) || defined(__APPLE__)
     return {};
 #else
