@@ -1,23 +1,20 @@
 #include "support/TraceFile.h"
 
-#include <atomic>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cstddef>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
-#include <sstream>
-#include <unistd.h>
 
 namespace qztest {
 
-TraceFile::TraceFile() {
-    static std::atomic<int> n{0};
-    path_ = (std::filesystem::temp_directory_path() /
-             ("qz7740-trace-" + std::to_string(::getpid()) + "-" + std::to_string(n++) + ".log"))
-                .string();
-    std::remove(path_.c_str());
-}
+TraceFile::TraceFile()
+    : dir_(std::make_unique<QTemporaryDir>()),
+      path_(QFile::encodeName(dir_->filePath(QStringLiteral("trace.log"))).toStdString()) {}
 
-TraceFile::~TraceFile() { std::remove(path_.c_str()); }
+TraceFile::~TraceFile() = default;
 
 std::vector<std::string> TraceFile::lines() const {
     std::vector<std::string> out;
@@ -28,7 +25,8 @@ std::vector<std::string> TraceFile::lines() const {
 
 std::vector<std::string> TraceFile::fresh() {
     std::vector<std::string> all = lines();
-    std::vector<std::string> out(all.begin() + static_cast<long>(std::min(seen_, all.size())), all.end());
+    const auto from = static_cast<std::ptrdiff_t>(std::min(seen_, all.size()));
+    std::vector<std::string> out(all.begin() + from, all.end());
     seen_ = all.size();
     return out;
 }

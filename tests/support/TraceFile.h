@@ -1,8 +1,11 @@
 #pragma once
-// A trace written to a file of its own, read back as lines.
+// A trace written to a file of its own in a temporary directory, read back as lines.
 
+#include <memory>
 #include <string>
 #include <vector>
+
+class QTemporaryDir;
 
 namespace qztest {
 
@@ -16,6 +19,7 @@ public:
     std::vector<std::string> fresh();
 
 private:
+    std::unique_ptr<QTemporaryDir> dir_;  // removed with the file when the trace goes
     std::string path_;
     size_t seen_ = 0;
 };
