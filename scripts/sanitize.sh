@@ -11,7 +11,7 @@ jobs=$(nproc 2>/dev/null || echo 2)
 # shellcheck disable=SC2086
 cmake -S "$root" -B "$build" -G Ninja -DQZ_SANITIZE=ON -DQZ_BUILD_BENCH=OFF \
   ${QZ_CMAKE_ARGS:-} >/dev/null
-cmake --build "$build" --target test_plain test_panels --parallel "$jobs"
+cmake --build "$build" --target test_plain test_libusb_port test_panels --parallel "$jobs"
 
 export ASAN_OPTIONS=${ASAN_OPTIONS:-halt_on_error=1:detect_leaks=1:detect_stack_use_after_return=1}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-halt_on_error=1:print_stacktrace=1}
@@ -19,6 +19,9 @@ log=$(mktemp)
 trap 'rm -f "$log"' EXIT
 status=0
 "$build/tests/test_plain" --gtest_brief=1 >"$log" 2>&1 || status=$?
+if [ "$status" -eq 0 ]; then
+  "$build/tests/board/test_libusb_port" --gtest_brief=1 >>"$log" 2>&1 || status=$?
+fi
 if [ "$status" -eq 0 ]; then
   QT_QPA_PLATFORM=offscreen "$build/tests/test_panels" --gtest_brief=1 >>"$log" 2>&1 || status=$?
 fi

@@ -25,7 +25,7 @@ int32_t Session::readAlarmStatus(int32_t command) {
     SPIout(command);
     // Ten empty turns stood here for the chip to gather its status; they take no
     // measurable time, and the fetch follows the command at once.
-    for (volatile int turn = 0; turn < 10; turn = turn + 1) {
+    for (int turn = 0; turn < 10; ++turn) {
     }
     return usb.ReadSPIWord();
 }
