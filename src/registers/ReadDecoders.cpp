@@ -66,9 +66,4 @@ DPS1Readback decodeDPS1(int32_t r) {
     return d;
 }
 
-AlarmLamp temperatureLamp(int32_t reply, int bit) {
-    if (reply & (1 << bit)) return {kAlarmGreen, "OK"};
-    return {kAlarmRed, "HOT"};
-}
-
 } // namespace qz

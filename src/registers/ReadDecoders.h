@@ -37,15 +37,4 @@ struct DPS1Readback {
 
 DPS1Readback decodeDPS1(int32_t reply);
 
-// Colour values of the alarm lamps and bits, red in the lowest byte.
-inline constexpr int32_t kAlarmGreen = 0x008000;
-inline constexpr int32_t kAlarmRed = 0x0000FF;
-
-// An alarm bit is active low: 1 is a green "OK", 0 a red "HOT".
-struct AlarmLamp {
-    int32_t colour;
-    const char* caption;
-};
-AlarmLamp temperatureLamp(int32_t reply, int bit);
-
 } // namespace qz
