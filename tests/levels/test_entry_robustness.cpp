@@ -4,6 +4,8 @@
 #include "levels/Clamps.h"
 #include "levels/EntryField.h"
 #include "levels/Numbers.h"
+#include "levels/Reference.h"
+#include "levels/TransferLaw.h"
 
 #include <gtest/gtest.h>
 
@@ -23,7 +25,7 @@ const std::vector<std::string>& texts() {
         auto below = [&rng](size_t n) {
             return std::uniform_int_distribution<size_t>(0, n - 1)(rng);
         };
-        std::vector<std::string> t(30000);
+        std::vector<std::string> t(100000);
         for (std::string& s : t) {
             if (below(2) == 0) { // hexadecimal of one to nine digits, the common entry
                 for (size_t n = 1 + below(9); n > 0; --n)
@@ -77,4 +79,32 @@ TEST(EntryRobustness, ClampCodesStayInTheirHalf) {
             ASSERT_LE(r.code, high ? 0xFFFF : 0x8000) << all[i];
         }
     }
+}
+
+// The front panel's decimal entries: the voltage request, the resistors and the reference.
+TEST(EntryRobustness, DecimalFieldsTakeOnlyNumbersWithinTheirBounds) {
+    size_t forced = 0;
+    for (const std::string& t : texts()) {
+        const qz::DecimalCheck v = qz::checkVoltageEntry(t, -12.8125f, 12.812109f);
+        if (v.ok) {
+            ASSERT_TRUE(v.value >= -12.8125f && v.value <= 12.812109f) << t;
+            const qz::ForceResult r = qz::ForceVoltage(*qz::parseDecimal(t), 5.0f, 0x8000, 0xFFFF, 0x8000);
+            if (r.refusal == qz::LawRefusal::None) {
+                ++forced;
+                ASSERT_TRUE(r.x1 >= 0 && r.x1 <= 0xFFFF) << t;
+                ASSERT_EQ(r.DAClast >> 16, 0x08) << t;
+            }
+        } else {
+            ASSERT_TRUE(v.message == qz::kNotValidNumber || v.message == qz::kVoltageOutsideLimits) << t;
+        }
+        for (const qz::DecimalField* box : {&qz::ktxtEXT1rsense, &qz::ktxtEXT2Rsense}) {
+            const qz::DecimalCheck r = qz::checkDecimalField(*box, t);
+            if (r.ok) ASSERT_TRUE(r.value >= 0.4f && r.value <= 256000.0f && r.text == t) << t;
+            else ASSERT_TRUE(r.message == qz::kNotValidNumber || r.message == box->outside) << t;
+        }
+        const qz::DecimalCheck ref = qz::checkReference(t);
+        if (ref.ok) ASSERT_TRUE(ref.value >= 1.5f && ref.value < 5.5f && qz::referenceUsable(ref.value)) << t;
+        else ASSERT_TRUE(ref.message == qz::kNotValidNumber || ref.message == qz::kReferenceOutside) << t;
+    }
+    EXPECT_GT(forced, 1000u);
 }
