@@ -8,9 +8,9 @@
 #include "forms/Controls.h"
 #include "forms/Entry.h"
 #include "forms/MessageBox.h"
+#include "forms/Reference.h"
 #include "levels/EntryField.h"
 #include "levels/Numbers.h"
-#include "levels/Reference.h"
 #include "levels/TransferLaw.h"
 #include "registers/BitMirror.h"
 
@@ -129,19 +129,9 @@ bool frmMAINQZ7740::outputV() {
 void frmMAINQZ7740::optRef_Click(int index) {
     qz::General& g = session.general;
     if (g.entryBusy) return;
-    float vref = index < 2 ? qz::kFixedReferences[index] : 0.0f;
-    if (index == 2) {
-        const qz::DecimalCheck c = qz::checkReference(txtVREF->text().toStdString());
-        if (!c.ok) {
-            // The option goes back to the reference still in use.
-            optRef[static_cast<size_t>(refIndex_)]->setChecked(true);
-            forms::refuseEntry(txtVREF, c.message);
-            return;
-        }
-        vref = c.value;
-    }
-    g.VREF = vref;
-    refIndex_ = index;
+    const std::optional<float> vref = forms::pickReference(index, txtVREF, optRef, refIndex_);
+    if (!vref) return;
+    g.VREF = *vref;
     for (forms::Form other : {forms::Form::frmMain, forms::Form::frmMeasure})
         forms::setTwin(nav, other, forms::member("optRef", index), 1);
     outputV();

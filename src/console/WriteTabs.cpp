@@ -41,13 +41,9 @@ QWidget* frmMAINQZ7740::buildWriteSystemTab() {
     grid->addWidget(chkPD, 0, 0);
     grid->addWidget(chkFINGND, 1, 0);
     grid->addWidget(CPEN, 2, 0);
-    MEASOUTG = makeList(QStringLiteral("MEASOUTG"), {"MEASOUT GAIN =0.2", "MEASOUT GAIN = 1"},
-                        QStringLiteral("MEASOUT GAIN = 0.2"), p);
-    IMEASG = makeList(QStringLiteral("IMEASG"), {"I MEAS GAIN = 20", "I MEAS GAIN = 10"},
-                      QStringLiteral("I MEAS GAIN =20"), p);
-    tempset = makeList(QStringLiteral("tempset"),
-                       {"TJ = 130degC", "TJ = 120degC", "TJ = 110degC", "TJ = 100degC"},
-                       QStringLiteral("ENABLED AT 130degC"), p);
+    MEASOUTG = forms::makeFieldList("MEASOUTG", QStringLiteral("MEASOUT GAIN = 0.2"), p);
+    IMEASG = forms::makeFieldList("IMEASG", QStringLiteral("I MEAS GAIN =20"), p);
+    tempset = forms::makeFieldList("tempset", QStringLiteral("ENABLED AT 130degC"), p);
     grid->addWidget(makeCaption("MEASOUT GAIN", p), 0, 1);
     grid->addWidget(MEASOUTG, 0, 2);
     grid->addWidget(makeCaption("I MEAS GAIN", p), 1, 1);
@@ -92,14 +88,8 @@ QWidget* frmMAINQZ7740::buildWriteDPS1Tab() {
     for (QCheckBox* c : {chkHWINHB, chkENABLECH, chkMEASOUT, chkCLEN, chkCLAMPEN}) grid->addWidget(c, r++, 0);
     cboCurrent = makeList(QStringLiteral("cboCurrent"), forms::itemsOf(qz::kConsoleRangeNames),
                           QStringLiteral("2.5mA"), p);
-    cboMEASURE = makeList(QStringLiteral("cboMEASURE"),
-                          {"MEASOUT Hi-Z ", "MEASOUT = ISENSE", "MEASOUT = VSENSE", "MEASOUT = KSENSE",
-                           "MEASOUT = TSENSE", "MEASOUT = DUTGND SENSE", "MEASOUT = DIAG A",
-                           "MEASOUT = DIAG B"},
-                          QStringLiteral("MEASOUT = VSENSE"), p);
-    cboCompare = makeList(QStringLiteral("cboCompare"),
-                          {"Compare o/p Hi-Z", "Compare o/p Hi-Z", "Compare Current", "Compare Voltage"},
-                          QStringLiteral("Compare o/p Hi-Z"), p);
+    cboMEASURE = forms::makeFieldList("cboMEASURE", QStringLiteral("MEASOUT = VSENSE"), p);
+    cboCompare = forms::makeFieldList("cboCompare", QStringLiteral("Compare o/p Hi-Z"), p);
     grid->addWidget(makeCaption("CURRENT RANGE", p), 0, 1);
     grid->addWidget(cboCurrent, 0, 2);
     grid->addWidget(makeCaption("MEASOUT", p), 1, 1);
@@ -127,16 +117,9 @@ QWidget* frmMAINQZ7740::buildWriteDPS2Tab() {
     v->addWidget(txtDPS2, 0, Qt::AlignLeft);
 
     auto* grid = new QGridLayout;
-    cboSlave = makeList(QStringLiteral("cboSlave"),
-                        {"MASTER - Copy Voltage", "MASTER - Copy Current", "SLAVE - FV", "SLAVE - F1"},
-                        QStringLiteral("MASTER"), p);
-    cboSlew = makeList(QStringLiteral("cboSlew"),
-                       {"1 V/us", "0.875 V/us", "0.75 V/us", "0.625 V/us", "0.5 V/us", "0.4375 V/us",
-                        "0.35 V/us", "0.3125 V/us"},
-                       QStringLiteral("1 V/us"), p);
-    cboSysforce = makeList(QStringLiteral("cboSysforce"),
-                           {"Hi-Z SYS_FORCE & SENSE", "CONNECT TO FOHx MEASVHx"},
-                           QStringLiteral("SYSTEM FORCE/SENSE Disconnected"), p);
+    cboSlave = forms::makeFieldList("cboSlave", QStringLiteral("MASTER"), p);
+    cboSlew = forms::makeFieldList("cboSlew", QStringLiteral("1 V/us"), p);
+    cboSysforce = forms::makeFieldList("cboSysforce", QStringLiteral("SYSTEM FORCE/SENSE Disconnected"), p);
     grid->addWidget(makeCaption("GANG MODE", p), 0, 0);
     grid->addWidget(cboSlave, 0, 1);
     grid->addWidget(makeCaption("SLEW RATE", p), 1, 0);
@@ -193,13 +176,7 @@ QWidget* frmMAINQZ7740::buildAlarmSetupTab() {
 }
 
 void frmMAINQZ7740::fields(std::initializer_list<QWidget*> controls) {
-    for (QWidget* control : controls) {
-        const QString name = control->objectName();
-        if (auto* list = qobject_cast<QComboBox*>(control))
-            forms::onClick(list, [this, name] { fieldClick(name); });
-        else if (auto* box = qobject_cast<QCheckBox*>(control))
-            forms::onClick(box, [this, name] { fieldClick(name); });
-    }
+    forms::onClicks(controls, [this](const QString& name) { fieldClick(name); });
 }
 
 void frmMAINQZ7740::fieldClick(const QString& name) {

@@ -2,6 +2,7 @@
 
 #include "forms/Controls.h"
 #include "forms/Entry.h"
+#include "registers/FieldOps.h"
 #include "registers/HexText.h"
 
 #include <QCheckBox>
@@ -80,6 +81,10 @@ QComboBox* makeList(const QString& name, const QStringList& items, const QString
     c->setMinimumContentsLength(static_cast<int>(startText.size()));
     ignoreWheel(c);
     return c;
+}
+
+QComboBox* makeFieldList(const char* name, const QString& startText, QWidget* parent) {
+    return makeList(QString::fromLatin1(name), itemsOf(qz::listItems(name)), startText, parent);
 }
 
 QLabel* makeLabel(const QString& name, const QString& caption, QWidget* parent) {

@@ -31,6 +31,9 @@ QComboBox* makeList(const QString& name, const QStringList& items, const QString
                     QWidget* parent);
 QComboBox* makeList(const QString& name, std::initializer_list<const char*> items,
                     const QString& startText, QWidget* parent);
+// A list of the control table whose items both panels show alike, swallowing keys where
+// the operator may only choose with the mouse.
+QComboBox* makeFieldList(const char* name, const QString& startText, QWidget* parent);
 // The items of a list from a table of the program: each entry, or what proj makes of it.
 template <typename Table, typename Proj = std::identity>
 QStringList itemsOf(const Table& table, Proj proj = {}) {

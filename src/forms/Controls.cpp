@@ -62,6 +62,14 @@ void onClick(QAbstractButton* button, std::function<void()> handler) {
     QObject::connect(button, &QAbstractButton::clicked, button, [button](bool) { run(button); });
 }
 
+void onClicks(std::initializer_list<QWidget*> controls, std::function<void(const QString&)> handler) {
+    for (QWidget* control : controls) {
+        auto run = [handler, name = control->objectName()] { handler(name); };
+        if (auto* list = qobject_cast<QComboBox*>(control)) onClick(list, run);
+        else if (auto* button = qobject_cast<QAbstractButton*>(control)) onClick(button, run);
+    }
+}
+
 void setListIndex(QComboBox* list, int index) {
     if (list->currentIndex() == index) return;
     list->setCurrentIndex(index);

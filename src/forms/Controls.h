@@ -6,6 +6,7 @@
 #include "forms/Navigator.h"
 
 #include <functional>
+#include <initializer_list>
 
 class QAbstractButton;
 class QComboBox;
@@ -17,6 +18,9 @@ namespace forms {
 // item already chosen included.
 void onClick(QComboBox* list, std::function<void()> handler);
 void onClick(QAbstractButton* button, std::function<void()> handler);
+
+// Ties each list and check box to one handler, which is given the control's name.
+void onClicks(std::initializer_list<QWidget*> controls, std::function<void(const QString&)> handler);
 
 // Sets a list's index; runs the click operation when the index changes.
 void setListIndex(QComboBox* list, int index);

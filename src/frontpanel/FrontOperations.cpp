@@ -10,12 +10,12 @@
 #include "forms/Entry.h"
 #include "forms/Lamp.h"
 #include "forms/MessageBox.h"
+#include "forms/Reference.h"
 #include "forms/TabControl.h"
 #include "levels/Clamps.h"
 #include "levels/EntryField.h"
 #include "levels/Numbers.h"
 #include "levels/Ranges.h"
-#include "levels/Reference.h"
 #include "levels/TransferLaw.h"
 #include "registers/FieldOps.h"
 #include "registers/RegisterMap.h"
@@ -80,13 +80,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
 }
 
 void frmMain::fields(std::initializer_list<QWidget*> controls) {
-    for (QWidget* control : controls) {
-        const QString name = control->objectName();
-        if (auto* list = qobject_cast<QComboBox*>(control))
-            forms::onClick(list, [this, name] { fieldClick(name); });
-        else if (auto* box = qobject_cast<QCheckBox*>(control))
-            forms::onClick(box, [this, name] { fieldClick(name); });
-    }
+    forms::onClicks(controls, [this](const QString& name) { fieldClick(name); });
 }
 
 void frmMain::fieldClick(const QString& name) {
@@ -123,20 +117,9 @@ void frmMain::fieldClick(const QString& name) {
 void frmMain::showWrite(int32_t word) { txtWrite->setText(forms::hexText(word, 6)); }
 
 void frmMain::optRef_Click(int index) {
-    qz::General& g = session.general;
-    if (index == 2) {
-        const qz::DecimalCheck c = qz::checkReference(txtVREF->text().toStdString());
-        if (!c.ok) {
-            // The reference in use stays, and so does its option, here and on the others.
-            optRef[static_cast<size_t>(refIndex_)]->setChecked(true);
-            forms::refuseEntry(txtVREF, c.message);
-            return;
-        }
-        g.VREF = c.value;
-    } else {
-        g.VREF = qz::kFixedReferences[index];
-    }
-    refIndex_ = index;
+    const std::optional<float> vref = forms::pickReference(index, txtVREF, optRef, refIndex_);
+    if (!vref) return;
+    session.general.VREF = *vref;
     for (Form other : {Form::frmMAINQZ7740, Form::frmMeasure})
         forms::setTwin(nav, other, forms::member("optRef", index), 1);
     UpdateOutputLimits();

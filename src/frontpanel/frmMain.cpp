@@ -168,26 +168,18 @@ QWidget* frmMain::buildClampFrame() {
 QWidget* frmMain::buildMeasureFrame() {
     QGroupBox* frame = makeFrame(QStringLiteral("MEASURE"), this);
     auto* g = new QGridLayout(frame);
-    cboMEASURE = makeList(QStringLiteral("cboMEASURE"),
-                          {"MEASOUT Hi-Z ", "MEASOUT = ISENSE", "MEASOUT = VSENSE", "MEASOUT = KSENSE",
-                           "MEASOUT = TSENSE", "MEASOUT = DUTGND SENSE", "MEASOUT = DIAG A",
-                           "MEASOUT = DIAG B"},
-                          QStringLiteral("MEASOUT = VSENSE"), frame);
+    cboMEASURE = forms::makeFieldList("cboMEASURE", QStringLiteral("MEASOUT = VSENSE"), frame);
     g->addWidget(cboMEASURE, 0, 0, 1, 2);
     QGroupBox* gains = makeFrame(QStringLiteral("GAIN SETTING"), frame);
     auto* gv = new QVBoxLayout(gains);
-    IMEASG = makeList(QStringLiteral("IMEASG"), {"I MEAS GAIN = 20", "I MEAS GAIN = 10"},
-                      QStringLiteral("I MEAS GAIN =20"), gains);
-    MEASOUTG = makeList(QStringLiteral("MEASOUTG"), {"MEASOUT GAIN =0.2", "MEASOUT GAIN = 1"},
-                        QStringLiteral("MEASOUT GAIN = 0.2"), gains);
+    IMEASG = forms::makeFieldList("IMEASG", QStringLiteral("I MEAS GAIN =20"), gains);
+    MEASOUTG = forms::makeFieldList("MEASOUTG", QStringLiteral("MEASOUT GAIN = 0.2"), gains);
     gv->addWidget(IMEASG);
     gv->addWidget(MEASOUTG);
     g->addWidget(gains, 1, 0);
     QGroupBox* compare = makeFrame(QStringLiteral("COMPARE"), frame);
     auto* cv = new QVBoxLayout(compare);
-    cboCompare = makeList(QStringLiteral("cboCompare"),
-                          {"Compare o/p Hi-Z", "Compare o/p Hi-Z", "Compare Current", "Compare Voltage"},
-                          QStringLiteral("Compare o/p Hi-Z"), compare);
+    cboCompare = forms::makeFieldList("cboCompare", QStringLiteral("Compare o/p Hi-Z"), compare);
     cv->addWidget(cboCompare);
     cv->addStretch(1);
     g->addWidget(compare, 1, 1);
@@ -197,19 +189,10 @@ QWidget* frmMain::buildMeasureFrame() {
 QWidget* frmMain::buildSystemFrame() {
     QGroupBox* frame = makeFrame(QStringLiteral("SYSTEM"), this);
     auto* g = new QGridLayout(frame);
-    cboSlave = makeList(QStringLiteral("cboSlave"),
-                        {"MASTER - Copy Voltage", "MASTER - Copy Current", "SLAVE - FV", "SLAVE - F1"},
-                        QStringLiteral("MASTER - Copy Voltage"), frame);
-    cboSlew = makeList(QStringLiteral("cboSlew"),
-                       {"1 V/us", "0.875 V/us", "0.75 V/us", "0.625 V/us", "0.5 V/us", "0.4375 V/us",
-                        "0.35 V/us", "0.3125 V/us"},
-                       QStringLiteral("1 V/us"), frame);
-    cboSysforce = makeList(QStringLiteral("cboSysforce"),
-                           {"Hi-Z SYS_FORCE & SENSE", "CONNECT TO FOHx MEASVHx"},
-                           QStringLiteral("SYSTEM FORCE/SENSE OPEN"), frame);
-    tempset = makeList(QStringLiteral("tempset"),
-                       {"TJ = 130degC", "TJ = 120degC", "TJ = 110degC", "TJ = 100degC"},
-                       QStringLiteral("ENABLED AT 130degC"), frame);
+    cboSlave = forms::makeFieldList("cboSlave", QStringLiteral("MASTER - Copy Voltage"), frame);
+    cboSlew = forms::makeFieldList("cboSlew", QStringLiteral("1 V/us"), frame);
+    cboSysforce = forms::makeFieldList("cboSysforce", QStringLiteral("SYSTEM FORCE/SENSE OPEN"), frame);
+    tempset = forms::makeFieldList("tempset", QStringLiteral("ENABLED AT 130degC"), frame);
     addRow(g, 0, "GANG MODE", cboSlave);
     addRow(g, 1, "SLEW RATE", cboSlew);
     addRow(g, 2, "SYSTEM FORCE/SENSE CONNECTION", cboSysforce);

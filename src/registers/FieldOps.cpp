@@ -66,7 +66,34 @@ const ControlOps kControls[] = {
     alarmBox("chk10", 10, 0xFFF80),
 };
 
+struct ListItems {
+    const char* control;
+    size_t count;
+    const char* items[8];
+};
+
+const ListItems kListItems[] = {
+    {"tempset", 4, {"TJ = 130degC", "TJ = 120degC", "TJ = 110degC", "TJ = 100degC"}},
+    {"IMEASG", 2, {"I MEAS GAIN = 20", "I MEAS GAIN = 10"}},
+    {"MEASOUTG", 2, {"MEASOUT GAIN =0.2", "MEASOUT GAIN = 1"}},
+    {"cboCompare", 4, {"Compare o/p Hi-Z", "Compare o/p Hi-Z", "Compare Current", "Compare Voltage"}},
+    {"cboMEASURE", 8,
+     {"MEASOUT Hi-Z ", "MEASOUT = ISENSE", "MEASOUT = VSENSE", "MEASOUT = KSENSE",
+      "MEASOUT = TSENSE", "MEASOUT = DUTGND SENSE", "MEASOUT = DIAG A", "MEASOUT = DIAG B"}},
+    {"cboSysforce", 2, {"Hi-Z SYS_FORCE & SENSE", "CONNECT TO FOHx MEASVHx"}},
+    {"cboSlew", 8,
+     {"1 V/us", "0.875 V/us", "0.75 V/us", "0.625 V/us", "0.5 V/us", "0.4375 V/us", "0.35 V/us",
+      "0.3125 V/us"}},
+    {"cboSlave", 4, {"MASTER - Copy Voltage", "MASTER - Copy Current", "SLAVE - FV", "SLAVE - F1"}},
+};
+
 } // namespace
+
+std::span<const char* const> listItems(std::string_view control) {
+    for (const ListItems& l : kListItems)
+        if (control == l.control) return {l.items, l.count};
+    return {};
+}
 
 const ControlOps* findControl(std::string_view name) {
     for (const ControlOps& c : kControls)

@@ -6,6 +6,7 @@
 #include "registers/General.h"
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 namespace qz {
@@ -38,6 +39,10 @@ struct ControlOps {
     bool twin;  // a control of the same name on the other panel mirrors it
     FieldEffect effect = FieldEffect::None;
 };
+
+// The items of a list that both panels show alike, in list order; empty for a control
+// without such a list (the range list is named by each panel its own way).
+std::span<const char* const> listItems(std::string_view control);
 
 // The control of that name, or nullptr.
 const ControlOps* findControl(std::string_view name);
