@@ -9,19 +9,6 @@
 #include <initializer_list>
 #include <optional>
 
-class QCheckBox;
-class QComboBox;
-class QLabel;
-class QLineEdit;
-class QPushButton;
-class QRadioButton;
-
-namespace forms {
-class BitRow;
-class Lamp;
-class TabControl;
-} // namespace forms
-
 class frmMAINQZ7740 : public forms::Panel {
 public:
     frmMAINQZ7740(qz::Session& session, forms::Navigator& navigator, QWidget* parent = nullptr);

@@ -7,9 +7,19 @@
 
 #include <QMainWindow>
 
+// The widgets the panels hold, declared once for their headers.
+class QCheckBox;
+class QComboBox;
 class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
 
 namespace forms {
+
+class BitRow;
+class Lamp;
+class TabControl;
 
 class Panel : public QMainWindow {
 public:
