@@ -51,26 +51,8 @@ TEST_F(ConsoleDacWrite, FieldsTidyTheirTextAndWriteTheirRegister) {
     enter(f->txtFINC, QStringLiteral("8100"));
     EXPECT_EQ(sent(), (std::vector<int>{0x090123, 0x0A8100}))
         << "FIN m and c wait for the next x1 entry";
-    f->tabDACS->setCurrentIndex(3);
-    enter(f->txtCPHx1[3], QStringLiteral("8000"));
-    enter(f->txtCPLx1[7], QStringLiteral("1234"));
-    enter(f->txtCPHC[7], QStringLiteral("2"));
-    enter(f->txtCPLM[5], QStringLiteral("abcd"));
-    EXPECT_EQ(sent(), (std::vector<int>{0x318000, 0x451234, 0x4A0002, 0x23ABCD}));
     EXPECT_EQ(h.board->reg(0x0B), 0x4000);
     EXPECT_EQ(h.board->reg(0x3D), 0x00FF);
-}
-
-TEST_F(ConsoleDacWrite, ClampMandCReloadTheirX1) {
-    f->tabDACS->setCurrentIndex(2);
-    enter(f->txtCLLM, QStringLiteral("1234"));
-    EXPECT_EQ(sent(), (std::vector<int>{0x0E1234, 0x0D0000}));
-    enter(f->txtCLHC, QStringLiteral("1"));
-    EXPECT_EQ(sent(), (std::vector<int>{0x120001, 0x10FFFF}));
-    enter(f->txtCLLx1, QStringLiteral("7fff"));
-    enter(f->txtCLLC, QStringLiteral("8000"));
-    EXPECT_EQ(sent(), (std::vector<int>{0x0D7FFF, 0x0F8000, 0x0D7FFF}));
-    EXPECT_EQ(f->txtCLLx1->text(), QStringLiteral("7FFF"));
 }
 
 TEST_F(ConsoleDacWrite, ReloadTakesTheX1TextAsItStands) {

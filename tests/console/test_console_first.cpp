@@ -110,9 +110,3 @@ TEST_F(ConsoleTest, ReadAdcShowsTheCode) {
                                                           "VR 233 0000 0000 IN 3 -> 0 : 00 80 00"}));
     EXPECT_EQ(f->lblREADSPI->text(), QStringLiteral("008000"));
 }
-
-TEST_F(ConsoleTest, ExitEndsTheProgramAndSendsNothing) {
-    QTest::mouseClick(f->cmdEXIT, Qt::LeftButton);
-    EXPECT_EQ(h.ends, 1);
-    EXPECT_TRUE(h.trace.fresh().empty());
-}

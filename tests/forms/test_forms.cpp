@@ -41,25 +41,6 @@ TEST(FormsControls, CodeChangesRunTheHandlerOnlyOnARealChange) {
     EXPECT_FALSE(box.isChecked());
 }
 
-TEST(FormsControls, TwinsSettingEachOtherStopAfterOneRound) {
-    QComboBox console, front;
-    for (QComboBox* c : {&console, &front}) c->addItems({"0", "1", "2", "3"});
-    int consoleRuns = 0, frontRuns = 0;
-    forms::onClick(&console, [&] {
-        ++consoleRuns;
-        forms::setListIndex(&front, console.currentIndex());
-    });
-    forms::onClick(&front, [&] {
-        ++frontRuns;
-        forms::setListIndex(&console, front.currentIndex());
-    });
-    console.setCurrentIndex(3);
-    emit console.activated(3);
-    EXPECT_EQ(consoleRuns, 1);
-    EXPECT_EQ(frontRuns, 1);
-    EXPECT_EQ(front.currentIndex(), 3);
-}
-
 TEST(FormsControls, OptionButtonsRunOnSelection) {
     QWidget group;
     QRadioButton a(&group), b(&group);
