@@ -31,6 +31,7 @@ const TwinCase kTwins[] = {
     {"MEASOUTG", 0, SYS0, 0x012000},    {"MEASOUTG", 1, SYS1, 0x01DF00},
     {"tempset", 0, SYS1, 0x013E00},     {"tempset", 1, SYS1, 0x017FFF},
     {"tempset", 2, SYS1, 0x01BFFF},     {"tempset", 3, SYS0, 0x01C000},
+    {"tempset", 1, SYS0, 0x014000},     {"tempset", 2, SYS0, 0x018000},
     {"chkENABLECH", 0, PMU1, 0x023FF0}, {"chkENABLECH", 1, PMU0, 0x028000},
     {"cboCurrent", 6, PMU1, 0x02B7F0},  {"cboCurrent", 5, PMU0, 0x022800},
     {"cboCurrent", 0, PMU1, 0x0287F0},  {"cboCompare", 3, PMU1, 0x02BFF0},
