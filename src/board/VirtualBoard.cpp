@@ -37,35 +37,40 @@ constexpr RegInit kPowerOn[] = {
     {0x3F, 0x3F, 0x007F},  // ramp step size
     {0x40, 0x40, 0x007F},  // RCLK divider
     {0x41, 0x42, 0x0000},  // ramp enable, ramp interrupt
-    {0x43, 0x44, 0xFFC0},  // alarm status: every alarm bit high (no alarm), CPOL, CPOH low
+    {0x43, 0x44, 0xFFC0},  // alarm status, which the chip model gives at each read
     {0x52, 0x53, 0x0000},  // hidden test registers
     {0x56, 0x56, 0x0000},
 };
 
-// Comparator DACs: x1, m, c triples, 0x13..0x27 and 0x45..0x47 low, 0x28..0x3C and
-// 0x48..0x4A high.
+// A comparator DAC register: which of x1, m, c it is (member 0, 1, 2) and whether it
+// belongs to CPH.
 bool comparatorTriple(int address, int& member, bool& high) {
-    int base;
-    if (address >= 0x13 && address <= 0x27) {
-        base = 0x13, high = false;
-    } else if (address >= 0x45 && address <= 0x47) {
-        base = 0x45, high = false;
-    } else if (address >= 0x28 && address <= 0x3C) {
-        base = 0x28, high = true;
-    } else if (address >= 0x48 && address <= 0x4A) {
-        base = 0x48, high = true;
-    } else {
-        return false;
+    for (ComparatorRow row : kComparatorRows) {
+        for (int base : {row.cpl, row.cph}) {
+            if (address >= base && address <= base + 2) {
+                member = address - base;
+                high = base == row.cph;
+                return true;
+            }
+        }
     }
-    member = (address - base) % 3;
-    return true;
+    return false;
 }
+
+// Which addresses hold a register, worked out once from the two tables above.
+constexpr std::array<bool, 128> kIsRegister = [] {
+    std::array<bool, 128> t{};
+    for (const RegInit& r : kPowerOn)
+        for (int a = r.first; a <= r.last; ++a) t[static_cast<size_t>(a)] = true;
+    for (ComparatorRow row : kComparatorRows)
+        for (int k = 0; k < 3; ++k) t[row.cpl + k] = t[row.cph + k] = true;
+    return t;
+}();
 
 // The register whose read command gives the silicon revision once the keys are in.
 constexpr int kRevisionRegister = (wire::kRevisionRead >> 16) & 0x7F;
 constexpr int kAlarmStatus = 0x43;
 constexpr int kAlarmStatusClear = 0x44;
-constexpr uint16_t kLatchedAlarmBits = 0xAA80; // bits 15, 13, 11, 9, 7
 
 // The sensor's registers by pointer: local and external temperature in degrees, the
 // status (below 64 once a conversion is ready) and the fraction of the external reading.
@@ -79,10 +84,13 @@ bool sensorReadOnly(int pointer) {
 
 VirtualBoard::VirtualBoard(std::chrono::nanoseconds latency) : latency_(latency) {
     powerOn();
+    chip_.setPins(pins_.hwInhibit, pins_.clampPin);
+    // The external channel reads the die, in whole degrees and quarters in the top bits.
+    const double die = ChipModel::kDieCelsius;
     sensor_[kSensorLocal] = 26;
-    sensor_[kSensorExternal] = 41;
+    sensor_[kSensorExternal] = static_cast<uint8_t>(die);
     sensor_[kSensorStatus] = 0;
-    sensor_[kSensorFraction] = 0x40;
+    sensor_[kSensorFraction] = static_cast<uint8_t>(static_cast<int>((die - int(die)) * 4) << 6);
 }
 
 uint16_t VirtualBoard::powerOnValue(int address) {
@@ -99,16 +107,11 @@ uint16_t VirtualBoard::powerOnValue(int address) {
 }
 
 bool VirtualBoard::hasRegister(int address) const {
-    if (address < 0 || address > 0x7F) return false;
-    int member = 0;
-    bool high = false;
-    if (comparatorTriple(address, member, high)) return true;
-    for (const RegInit& r : kPowerOn)
-        if (address >= r.first && address <= r.last) return true;
-    return false;
+    return address >= 0 && address <= 0x7F && kIsRegister[static_cast<size_t>(address)];
 }
 
 uint16_t VirtualBoard::reg(int address) const {
+    if (address == kAlarmStatus || address == kAlarmStatusClear) return chip_.alarmStatus();
     return hasRegister(address) ? regs_[static_cast<size_t>(address)] : 0;
 }
 
@@ -117,6 +120,7 @@ void VirtualBoard::powerOn() {
     spiReply_ = 0;
     doorStep_ = 0;
     doorOpen_ = false;
+    chip_.powerOn();
 }
 
 int32_t VirtualBoard::Search_For_Boards(int32_t vendor, int32_t product, int16_t& count,
@@ -179,6 +183,7 @@ int32_t VirtualBoard::Vendor_Request(int32_t handle, int32_t request, int32_t va
     case wire::kHwInhibitOn:
         if (!out) break;
         pins_.hwInhibit = request == wire::kHwInhibitOn;
+        chip_.setPins(pins_.hwInhibit, pins_.clampPin);
         return status::OK;
     case wire::kSwitchChannel:
         if (!out || value < 0 || value > 3) break;
@@ -191,7 +196,7 @@ int32_t VirtualBoard::Vendor_Request(int32_t handle, int32_t request, int32_t va
         return status::OK;
     case wire::kAdcConvert:
         if (!out) break;
-        adcCode_ = kAdcMidScale;
+        adcCode_ = chip_.convert();
         return status::OK;
     case wire::kAdcRead:
         if (!in || length != 3) break;
@@ -203,6 +208,7 @@ int32_t VirtualBoard::Vendor_Request(int32_t handle, int32_t request, int32_t va
     case wire::kClampPinOff:
         if (!out) break;
         pins_.clampPin = request == wire::kClampPinOn;
+        chip_.setPins(pins_.hwInhibit, pins_.clampPin);
         return status::OK;
     case wire::kSensor:
         if (value < 0 || value > 0xFF) break;
@@ -232,17 +238,15 @@ int32_t VirtualBoard::spiWrite(uint32_t word) {
         uint16_t reply = reg(address);
         if (address == kRevisionRegister) reply = doorOpen_ ? kSiliconRevision : 0;
         spiReply_ = static_cast<uint32_t>(address) << 16 | reply;
-        if (address == kAlarmStatusClear) {
-            // Reading with clear lets every latched alarm go back to its inactive level.
-            regs_[kAlarmStatus] |= kLatchedAlarmBits;
-            regs_[kAlarmStatusClear] |= kLatchedAlarmBits;
-        }
+        if (address == kAlarmStatusClear) chip_.clearLatchedAlarms();
         return status::OK;
     }
     // A write shifts nothing useful out.
     spiReply_ = 0;
-    if (hasRegister(address) && address != kAlarmStatus && address != kAlarmStatusClear)
+    if (hasRegister(address) && address != kAlarmStatus && address != kAlarmStatusClear) {
         regs_[static_cast<size_t>(address)] = data;
+        chip_.written(address);
+    }
     return status::OK;
 }
 

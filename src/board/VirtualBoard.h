@@ -1,9 +1,11 @@
 #pragma once
 // The evaluation board in software: the bridge, the chip's register file, the ADC on
-// MEASOUT, the temperature sensor, the channel switch and the board's pins.
+// MEASOUT, the temperature sensor, the channel switch and the board's pins. What the chip
+// does with its registers (output, MEASOUT, alarms) is the ChipModel's.
 // Deterministic: the same requests always give the same replies.
 
 #include "board/BridgeLibrary.h"
+#include "board/ChipModel.h"
 
 #include <array>
 #include <chrono>
@@ -32,9 +34,11 @@ public:
     LinkState linkState() const override { return LinkState::Virtual; }
     std::string titleSuffix() const override { return " [virtual board]"; }
 
-    // What the chip holds, for tests and for the models of later measurements.
+    // What the chip holds, for tests and for the models of later measurements. The alarm
+    // status registers give what a read would, without clearing anything.
     bool hasRegister(int address) const;
     uint16_t reg(int address) const;
+    const ChipModel& chip() const { return chip_; }
     static uint16_t powerOnValue(int address);
     const Pins& pins() const { return pins_; }
     bool serviceRunning() const { return serviceRunning_; }
@@ -44,7 +48,7 @@ public:
     static constexpr uint8_t kPathByte = 1;
     static constexpr int32_t kHandle = 1;
     static constexpr uint16_t kSiliconRevision = 0x02;
-    static constexpr uint16_t kAdcMidScale = 0x8000;
+    static constexpr uint16_t kAdcMidScale = 0x8000; // the ADC before its first conversion
 
 private:
     int32_t spiWrite(uint32_t word);
@@ -55,7 +59,8 @@ private:
     bool connected_ = false;
     bool firmwareLoaded_ = false;
     bool serviceRunning_ = false;
-    std::array<uint16_t, 128> regs_{};
+    ChipModel::Registers regs_{};
+    ChipModel chip_{regs_};
     uint32_t spiReply_ = 0;  // what the chip shifts out at the next fetch
     int doorStep_ = 0;       // progress through the key words of the test registers
     bool doorOpen_ = false;

@@ -107,6 +107,6 @@ TEST_F(ConsoleTest, ReadingTheSystemControlRegisterShowsTheReply) {
 TEST_F(ConsoleTest, ReadAdcShowsTheCode) {
     QTest::mouseClick(f->cmdREADADC, Qt::LeftButton);
     EXPECT_EQ(h.trace.fresh(), (std::vector<std::string>{"VR 232 0000 0000 OUT 0 -> 0",
-                                                          "VR 233 0000 0000 IN 3 -> 0 : 00 80 00"}));
-    EXPECT_EQ(f->lblREADSPI->text(), QStringLiteral("008000"));
+                                                          "VR 233 0000 0000 IN 3 -> 0 : 32 83 00"}));
+    EXPECT_EQ(f->lblREADSPI->text(), QStringLiteral("008332"));
 }
