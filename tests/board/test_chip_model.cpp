@@ -124,11 +124,8 @@ TEST_F(MeasureLoop, ComparatorsReportTheCurrentOrTheVoltageAgainstThePresentLeve
     for (int32_t w : {0x1C7C01, 0x3187FE}) usb.WriteSPIWord(w);
     usb.WriteSPIWord(0x450000 | *qz::codeForVolts(-1.0, 5.0f, offsetCode));
     usb.WriteSPIWord(0x480000 | *qz::codeForVolts(1.0, 5.0f, offsetCode));
-    struct Case {
-        int32_t sys, dps1;
-        double V;
-        int32_t cpo; // bit 5 CPOL, bit 4 CPOH
-    } const cases[] = {
+    struct Case { int32_t sys, dps1; double V; int32_t cpo; /* 5 CPOL, 4 CPOH */ };
+    const Case cases[] = {
         {0x012200, 0x029950, 3.0, 0x00}, {0x012200, 0x029D50, 0.0, 0x00}, // Hi-Z; current
         {0x012200, 0x029D50, 3.0, 0x10}, {0x012200, 0x029D50, -3.0, 0x20},
         {0x012600, 0x029D50, 0.0, 0x10}, {0x012600, 0x029D50, 3.0, 0x00}, // window
