@@ -1,5 +1,6 @@
 #include "shell/Panels.h"
 
+#include "diagnostics/frmDIAG.h"
 #include "frontpanel/frmMain.h"
 #include "shell/frmMEASOUTGAIN.h"
 
@@ -9,6 +10,9 @@ void registerPanels(forms::Navigator& nav, Session& session) {
     nav.registerForm(
         forms::Form::frmMain, [&nav, &session] { return new frmMain(session, nav); },
         [](QWidget* f) { static_cast<frmMain*>(f)->Form_Load(); });
+    nav.registerForm(
+        forms::Form::frmDIAG, [&nav, &session] { return new frmDIAG(session, nav); },
+        [](QWidget* f) { static_cast<frmDIAG*>(f)->Form_Load(); });
     nav.registerForm(forms::Form::frmMEASOUTGAIN,
                      [&nav, &session] { return new frmMEASOUTGAIN(session, nav); });
 }
