@@ -132,7 +132,6 @@ void frmMAINQZ7740::optRef_Click(int index) {
     const std::optional<float> vref = forms::pickReference(index, txtVREF, optRef, refIndex_);
     if (!vref) return;
     g.VREF = *vref;
-    for (forms::Form other : {forms::Form::frmMain, forms::Form::frmMeasure})
-        forms::setTwin(nav, other, forms::member("optRef", index), 1);
+    forms::followReference(nav, index, txtVREF, {forms::Form::frmMain, forms::Form::frmMeasure});
     outputV();
 }

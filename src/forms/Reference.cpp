@@ -1,5 +1,7 @@
 #include "forms/Reference.h"
 
+#include "forms/Build.h"
+#include "forms/Controls.h"
 #include "forms/MessageBox.h"
 #include "levels/Reference.h"
 
@@ -25,6 +27,17 @@ std::optional<float> pickReference(int index, QLineEdit* txtVREF, const Referenc
     }
     inUse = index;
     return vref;
+}
+
+void followReference(Navigator& nav, int index, const QLineEdit* txtVREF,
+                     std::initializer_list<Form> others) {
+    for (Form other : others) {
+        if (index == 2) {
+            if (auto* box = controlOf<QLineEdit>(nav, other, QStringLiteral("txtVREF")))
+                box->setText(txtVREF->text());
+        }
+        setTwin(nav, other, member("optRef", index), 1);
+    }
 }
 
 } // namespace forms

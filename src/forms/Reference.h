@@ -1,7 +1,10 @@
 #pragma once
 // The VREF option group that three panels show: "5V", "2.5V" and "Other" with its box.
 
+#include "forms/Navigator.h"
+
 #include <array>
+#include <initializer_list>
 #include <optional>
 
 class QLineEdit;
@@ -16,5 +19,11 @@ using ReferenceOptions = std::array<QRadioButton*, 3>;
 // (its click operation does not run). inUse follows the option whose reference is taken.
 std::optional<float> pickReference(int index, QLineEdit* txtVREF, const ReferenceOptions& options,
                                    int& inUse);
+
+// The same option on the other panels' groups, each of whose handlers runs on a real
+// change. For "Other" the number goes along: the other panels' boxes take this box's
+// text first, so that every panel's handler reads the same reference.
+void followReference(Navigator& nav, int index, const QLineEdit* txtVREF,
+                     std::initializer_list<Form> others);
 
 } // namespace forms

@@ -120,8 +120,7 @@ void frmMain::optRef_Click(int index) {
     const std::optional<float> vref = forms::pickReference(index, txtVREF, optRef, refIndex_);
     if (!vref) return;
     session.general.VREF = *vref;
-    for (Form other : {Form::frmMAINQZ7740, Form::frmMeasure})
-        forms::setTwin(nav, other, forms::member("optRef", index), 1);
+    forms::followReference(nav, index, txtVREF, {Form::frmMAINQZ7740, Form::frmMeasure});
     UpdateOutputLimits();
     UpdateRangeNames();
 }

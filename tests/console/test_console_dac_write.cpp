@@ -124,7 +124,6 @@ TEST_F(ConsoleDacWrite, OutputFollowsMAndCAndTheReference) {
     enter(f->txtFINx1, QStringLiteral("C000"));
     EXPECT_EQ(f->txtOutputV->text(), QStringLiteral("03.203"));
     f->txtVREF->setText(QStringLiteral("4.096"));
-    m->txtVREF->setText(QStringLiteral("4.096"));
     clickBox(f->optRef[2]);
     EXPECT_EQ(g.VREF, 4.096f);
     EXPECT_TRUE(m->optRef[2]->isChecked());
