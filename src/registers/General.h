@@ -32,6 +32,18 @@ struct General {
     float VoutMax = 0.0f;     // output limits of the present codes, volts
     float VoutMin = 0.0f;
 
+    // The measurement panel's. sweepPMUreg is its own DPS1 word, composed by its lists and
+    // sent before each run; measMode 0 reads MEASOUT as volts, 1 as amperes.
+    int32_t sweepPMUreg = 0;
+    int16_t measMode = 0;
+    // Seconds. tempDelay is waited after each sample by the measurement runs and the
+    // temperature run alike; sampleDelay stands between a write and its reading; cycleDelay
+    // is the nominal time from one point to the next, for the lists' "sample time". They
+    // outlive the panel: a panel loaded again keeps them.
+    float tempDelay = 0.0f;
+    float sampleDelay = 0.0f;
+    float cycleDelay = 0.0f;
+
     // Set by an entry field on Enter and cleared before it goes on, so that no handler
     // finds it set; the entry fields and the buttons that test it keep their guard all the
     // same, as a handler run from inside an entry would need it.
