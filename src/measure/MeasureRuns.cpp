@@ -1,0 +1,231 @@
+// The two runs of the measurement panel, their charts and the chart cursors. A run is
+// plain code (runs/); the panel gathers its fields, starts it, serves the events once per
+// point and shows what it gives.
+
+#include "measure/frmMeasure.h"
+
+#include "forms/Build.h"
+#include "forms/ResultList.h"
+#include "forms/StripChart.h"
+#include "levels/NumberText.h"
+#include "measure/RunPass.h"
+#include "runs/ChartRules.h"
+#include "runs/Sweep.h"
+#include "runs/TimeRun.h"
+
+#include <QCoreApplication>
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <algorithm>
+
+namespace {
+constexpr int kBlue = 0xFF0000; // blue-green-red
+constexpr const char* kValueFormat = "0.000000000";
+constexpr const char* kTimeFormat = "0.0000";
+
+void letEventsRun() {
+    QCoreApplication::processEvents();
+}
+} // namespace
+
+qz::ReferenceChoice frmMeasure::referenceChoice() const {
+    qz::ReferenceChoice c;
+    for (int i = 0; i < 3; ++i)
+        if (optRef[static_cast<size_t>(i)]->isChecked()) c.option = i;
+    c.otherText = txtVREF->text().toStdString();
+    return c;
+}
+
+qz::RunContext frmMeasure::context(forms::ResultList* list) {
+    return {session, *clock_, [this](const qz::RunProgress& p) { return run_->pass(p); },
+            [list](std::string line) { list->addLine(std::move(line)); }};
+}
+
+void frmMeasure::showProgress(const qz::RunProgress& p) {
+    lblREADSPI->setText(forms::hexText(p.adcCode, 1));
+    Text1->setText(forms::hexText(p.word, 1));
+    List1->flush();
+    List2->flush();
+}
+
+void frmMeasure::cmdStop_Click() {
+    run_->requestStop();
+}
+
+void frmMeasure::finishRun() {
+    // A close asked for during the run happens now.
+    nav.unload(form);
+}
+
+void frmMeasure::cmdPlot_Click() {
+    if (run_->running()) return;
+    forms::RunScope scope(*run_, [this] { finishRun(); });
+    run_->begin(cmdStop, 0, {});
+    qz::General& g = session.general;
+    const qz::Prepared prepared = qz::PrepareMeasure(session);
+    measGain_ = prepared.measGain;
+    cboSweepI_Click();
+    cboMeasureVI_Click();
+    // The chip takes the range and the MEASOUT source before the first point.
+    session.SPIout(g.sweepPMUreg);
+    g.IRangeIndex = 0;
+    List1->clear();
+    for (QLineEdit* box : {Text2, Text3, txtmin, txtMax})
+        box->clear();
+    cboSweepI_Click();
+    const float Rsense = qz::kSenseRanges[g.IRangeIndex].rsense;
+    if (!SweepV(Rsense, prepared.offsetCode)) return;
+    letEventsRun();
+    for (forms::StripChart* chart : {Strip1, Strip2}) {
+        chart->setCursorMode(2);
+        chart->setHandleStyle(3);
+    }
+    Check1_Click();
+}
+
+bool frmMeasure::SweepV(float Rsense, int32_t offsetCode) {
+    qz::General& g = session.general;
+    g.IRangeIndex = 0;
+    g.measMode = 0;
+    cboMeasureVI_Click();
+    List1->clear();
+    qz::SweepRequest r;
+    r.start = txtstartV->text().toStdString();
+    r.end = txtendV->text().toStdString();
+    r.step = txtstep->text().toStdString();
+    r.reference = referenceChoice();
+    r.prepared = {offsetCode, measGain_};
+    r.rsense = Rsense;
+    r.measMode = g.measMode;
+    r.sampleDelay = g.sampleDelay;
+    r.tempDelay = g.tempDelay;
+    r.cycleDelay = g.cycleDelay;
+    qz::SweepPlan plan;
+    if (const auto refusal = qz::planSweep(g, r, plan)) {
+        refuse(refusal->box, refusal->text);
+        return false;
+    }
+    txtdifff->clear();
+    txtstart->setText(forms::hexText(plan.startCode, 1));
+    txtend->setText(forms::hexText(plan.endCode, 1));
+    txtstepcode->setText(forms::hexText(plan.stepCode, 1));
+
+    run_->begin(cmdStop, plan.n + 1, [this](const qz::RunProgress& p) { showProgress(p); });
+    const qz::SweepOutcome out = qz::runSweep(context(List1), plan, arrays);
+    List1->flush();
+    lblREADSPI->setText(forms::hexText(out.adcCode, 1));
+    Text1->setText(forms::hexText(out.word, 1));
+    txtmin->setText(forms::qtext(qz::defaultText(out.range.min)));
+    txtMax->setText(forms::qtext(qz::defaultText(out.range.max)));
+    txtdifff->setText(forms::qtext(qz::defaultText(out.range.max - out.range.min)));
+    ShowChartAxes(qz::sweepChartBounds(out.range), out.points,
+                  plan.measMode == 1 ? arrays.sweepMeasAmps : arrays.sweepMeasVolts);
+    letEventsRun();
+    // A stopped sweep has no last reading to draw the line to.
+    if (!out.stopped)
+        qz::FitDeviation(arrays, plan.startCode, plan.endCode,
+                         [this](std::string line) { List1->addLine(std::move(line)); });
+    List1->flush();
+    Strip1->setTraceColor(kBlue);
+    return true;
+}
+
+void frmMeasure::ShowChartAxes(const qz::ChartBounds& b, int points, const std::vector<double>& d) {
+    Strip1->clearChart();
+    Strip1->setPointCount(points);
+    Strip1->setXAxisMin(1);
+    Strip1->setXAxisMax(points);
+    Strip1->setYScaleTop(b.scaleTop);
+    Strip1->setYScaleBottom(b.scaleBottom);
+    Strip1->setYAxisMax(b.axisMax);
+    Strip1->setYAxisMin(b.axisMin);
+    Strip1->setTraceColor(kBlue);
+    Strip1->addArray(d);
+}
+
+void frmMeasure::cmdPlotit_Click() {
+    if (run_->running()) return;
+    forms::RunScope scope(*run_, [this] { finishRun(); });
+    run_->begin(cmdStopit, 0, {});
+    qz::General& g = session.general;
+    const qz::Prepared prepared = qz::PrepareMeasure(session);
+    measGain_ = prepared.measGain;
+    cboMeasureVI_Click();
+    cboSweepI_Click();
+    session.SPIout(g.sweepPMUreg);
+    g.IRangeIndex = 0;
+    List2->clear();
+    for (QLineEdit* box : {txtX, txtY, txtmin1, txtmax1, txtdiff})
+        box->clear();
+    cboSweepI_Click();
+    const float Rsense = qz::kSenseRanges[g.IRangeIndex].rsense;
+    if (!SweepandMeasure(Rsense, prepared.offsetCode)) return;
+    letEventsRun();
+    Strip2->setCursorMode(2);
+    Check1_Click();
+}
+
+bool frmMeasure::SweepandMeasure(float Rsense, int32_t offsetCode) {
+    qz::General& g = session.general;
+    g.IRangeIndex = 0;
+    List2->clear();
+    qz::TimeRequest r;
+    r.force = txtForceV->text().toStdString();
+    r.reference = referenceChoice();
+    r.prepared = {offsetCode, measGain_};
+    r.rsense = Rsense;
+    r.measMode = g.measMode;
+    r.sampleDelay = g.sampleDelay;
+    r.tempDelay = g.tempDelay;
+    r.cycleDelay = g.cycleDelay;
+    qz::TimePlan plan;
+    if (const auto refusal = qz::planTimeRun(g, r, plan)) {
+        refuse(refusal->box, refusal->text);
+        return false;
+    }
+    txtForceC->setText(forms::hexText(plan.code, 1));
+
+    run_->begin(cmdStopit, qz::kTimeSamples, [this](const qz::RunProgress& p) { showProgress(p); });
+    const qz::TimeOutcome out = qz::runTime(context(List2), plan, arrays);
+    List2->flush();
+    lblREADSPI->setText(forms::hexText(out.adcCode, 1));
+    txtmin1->setText(forms::qtext(qz::defaultText(out.range.min)));
+    txtmax1->setText(forms::qtext(qz::defaultText(out.range.max)));
+    txtdiff->setText(forms::qtext(qz::defaultText(out.range.max - out.range.min)));
+    ShowTimeChart(qz::timeChartBounds(out.range),
+                  plan.measMode == 1 ? arrays.timeMeasAmps : arrays.sweepMeasVolts);
+    return true;
+}
+
+void frmMeasure::ShowTimeChart(const qz::ChartBounds& b, const std::vector<double>& d) {
+    Strip2->clearChart();
+    Strip2->setPointCount(100);
+    Strip2->setXAxisMin(0);
+    Strip2->setXAxisMax(100);
+    Strip2->setYScaleTop(b.scaleTop);
+    Strip2->setYScaleBottom(b.scaleBottom);
+    Strip2->setYAxisMax(b.axisMax);
+    Strip2->setYAxisMin(b.axisMin);
+    Strip2->addArray(d);
+    letEventsRun();
+}
+
+void frmMeasure::Strip1_CursorMoved(double x) {
+    const std::vector<double>& values =
+        session.general.measMode == 1 ? arrays.sweepMeasAmps : arrays.sweepMeasVolts;
+    const auto k = qz::cursorIndex(x, std::min(values.size(), arrays.sweepCodes.size()));
+    if (!k) return;
+    Text2->setText(forms::qtext(qz::formatNumber(values[*k], kValueFormat)));
+    Text3->setText(forms::hexText(static_cast<int32_t>(arrays.sweepCodes[*k]), 1));
+}
+
+void frmMeasure::Strip2_CursorMoved(double x) {
+    const std::vector<double>& values =
+        session.general.measMode == 1 ? arrays.timeMeasAmps : arrays.sweepMeasVolts;
+    const auto k = qz::cursorIndex(x, std::min(values.size(), arrays.sampleTimes.size()));
+    if (!k) return;
+    txtY->setText(forms::qtext(qz::formatNumber(values[*k], kValueFormat)));
+    txtX->setText(forms::qtext(qz::formatNumber(arrays.sampleTimes[*k], kTimeFormat)));
+}

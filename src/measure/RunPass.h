@@ -1,0 +1,71 @@
+#pragma once
+// How a panel runs a long measurement: while the run is in progress the controls that
+// would start another (or send words into it) are disabled, the status bar shows the
+// progress and the run's STOP button is live; once per point the panel's pending events
+// run, and the run's fields and list are brought up to date a few times a second rather
+// than at every point. A close asked for during the run waits for its end.
+
+#include "runs/Measure.h"
+
+#include <QElapsedTimer>
+
+#include <functional>
+#include <initializer_list>
+#include <vector>
+
+class QMainWindow;
+class QProgressBar;
+class QPushButton;
+class QWidget;
+
+namespace forms {
+
+class RunPass {
+  public:
+    explicit RunPass(QMainWindow* panel);
+
+    // The controls that stay disabled while a run is in progress.
+    void block(std::initializer_list<QWidget*> controls);
+    bool running() const { return running_; }
+
+    // Starts a run of this many points; stop is its STOP button, show brings the panel's
+    // fields up to date with the progress.
+    void begin(QPushButton* stop, int points, std::function<void(const qz::RunProgress&)> show);
+    // One pass of the panel's events: false once STOP was pressed.
+    bool pass(const qz::RunProgress& progress);
+    // Ends the run and gives the controls back; true when the panel was asked to close in
+    // the meantime, which it should do now.
+    bool end();
+
+    void requestStop() { stopAsked_ = true; }
+    // A close during a run is remembered until its end.
+    void requestClose() { closeAsked_ = true; }
+
+  private:
+    QMainWindow* panel_;
+    QProgressBar* progress_;
+    std::vector<QWidget*> blocked_;
+    QPushButton* stop_ = nullptr;
+    std::function<void(const qz::RunProgress&)> show_;
+    QElapsedTimer sinceShown_;
+    bool running_ = false;
+    bool stopAsked_ = false;
+    bool closeAsked_ = false;
+};
+
+// A run from its start to its end in one scope: the end comes however the scope is left.
+class RunScope {
+  public:
+    RunScope(RunPass& pass, std::function<void()> close) : pass_(pass), close_(std::move(close)) {}
+    RunScope(const RunScope&) = delete;
+    RunScope& operator=(const RunScope&) = delete;
+    ~RunScope() {
+        if (pass_.running() && pass_.end() && close_) close_();
+    }
+
+  private:
+    RunPass& pass_;
+    std::function<void()> close_;
+};
+
+} // namespace forms

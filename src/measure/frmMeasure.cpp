@@ -1,0 +1,404 @@
+// The measurement panel as the operator sees it: the three tabs on the left, with the
+// sweep's and the time run's fields above their list and chart, and the stimuli; beside
+// them the reference, the range, the measure and delay lists, and the words.
+
+#include "measure/frmMeasure.h"
+
+#include "forms/Build.h"
+#include "forms/Menus.h"
+#include "forms/ResultList.h"
+#include "forms/StripChart.h"
+#include "forms/TabControl.h"
+#include "levels/Ranges.h"
+#include "measure/RunPass.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+using forms::makeButton;
+using forms::makeCaption;
+using forms::makeFrame;
+using forms::makeList;
+
+namespace {
+
+constexpr const char* kSweepHelp =
+    "Force a range of voltages by entering the start and end voltages. Start must always be "
+    "less than end. Enter the Voltage step required, bearing in mind that the smaller the "
+    "step, the longer it will take. Select the appropriate measure and current range and if a "
+    "delay is required, then choose now too. To Start the measurements click :";
+constexpr const char* kTimeHelp =
+    "Measure currents or voltages versus time. Simply select the different parameters, then "
+    "click :";
+constexpr const char* kCopyHelp =
+    "At the end of the readings, the list data may be copied to clipboard and brought to "
+    "another program for analysis. ";
+
+// A decimal entry, right-aligned.
+QLineEdit* numberBox(const char* name, const char* text, QWidget* parent) {
+    auto* e = new QLineEdit(QString::fromLatin1(text), parent);
+    e->setObjectName(QString::fromLatin1(name));
+    e->setAlignment(Qt::AlignRight);
+    e->setFixedWidth(80);
+    return e;
+}
+
+// A box the panel writes a result into.
+QLineEdit* resultBox(const char* name, QWidget* parent, int width = 110) {
+    QLineEdit* e = forms::makeOutBox(QString::fromLatin1(name), parent);
+    e->setAlignment(Qt::AlignRight);
+    e->setFixedWidth(width);
+    return e;
+}
+
+QGroupBox* namedFrame(const char* name, const char* title, QWidget* parent) {
+    QGroupBox* f = makeFrame(QString::fromLatin1(title), parent);
+    if (name) f->setObjectName(QString::fromLatin1(name));
+    return f;
+}
+
+// One row of a grid: caption, then the widgets in the next columns.
+void addRow(QGridLayout* g, int row, const char* caption, std::initializer_list<QWidget*> widgets) {
+    g->addWidget(makeCaption(caption, g->parentWidget()), row, 0);
+    int column = 1;
+    for (QWidget* w : widgets)
+        g->addWidget(w, row, column++);
+}
+
+// A link-like button: the help labels and their "Close X".
+QPushButton* linkButton(const char* name, const char* caption, QWidget* parent) {
+    QPushButton* b = makeButton(QString::fromLatin1(name), QString::fromLatin1(caption), parent);
+    b->setFlat(true);
+    b->setCursor(Qt::PointingHandCursor);
+    b->setStyleSheet(QStringLiteral(
+        "QPushButton { color: #1a4fa0; text-decoration: underline; border: none; }"));
+    return b;
+}
+
+} // namespace
+
+frmMeasure::frmMeasure(qz::Session& s, forms::Navigator& n, QWidget* parent)
+    : forms::Panel(s, n, forms::Form::frmMeasure,
+                   QStringLiteral("QZ7740 Voltage Measurements & CV1640"), parent),
+      clock_(&qz::steadyClock()), run_(std::make_unique<forms::RunPass>(this)) {
+    using forms::Form;
+    using forms::Menu;
+    using forms::MenuAction;
+    forms::buildMenuBar(
+        *this,
+        {
+            {Menu::File, "mnuClose", "Close", MenuAction::Unload},
+            {Menu::File, "menuExit", "Exit", MenuAction::Exit},
+            {Menu::View, "mnuMain", "QZ7740 Main Menu", MenuAction::Show, Form::frmMAINQZ7740},
+            {Menu::View, "mnuDiag", "Diagnostic Functions", MenuAction::Show, Form::frmDIAG},
+            {Menu::View, "mnuComp", "Compensation Registers", MenuAction::Show,
+             Form::frmCompensation},
+            {Menu::Help, "menuAbout", "About", MenuAction::Show, Form::frmAbout},
+        });
+
+    auto* central = new QWidget(this);
+    auto* h = new QHBoxLayout(central);
+    SSTab1 = new forms::TabControl(QStringLiteral("SSTab1"), 3, central);
+    SSTab1->addTab(buildSweepTab(), QStringLiteral("SWEEP VOLTAGE MEASURE CURRENT/VOLTAGE"));
+    SSTab1->addTab(buildTimeTab(), QStringLiteral("MEASURE CURRENT/VOLTAGE VERSUS TIME"));
+    SSTab1->addTab(buildStimulusTab(), QStringLiteral("SETTLING TIMES/RANGE CHANGE TRANSIENTS"));
+    h->addWidget(SSTab1, 1);
+    h->addWidget(buildSide());
+    setCentralWidget(central);
+    resize(1460, 860);
+    wire();
+}
+
+frmMeasure::~frmMeasure() = default;
+
+QWidget* frmMeasure::buildSide() {
+    auto* side = new QWidget(this);
+    auto* v = new QVBoxLayout(side);
+    v->setContentsMargins(0, 0, 0, 0);
+
+    frmVref = namedFrame("frmVref", "VREF", side);
+    auto* rg = new QGridLayout(frmVref);
+    const char* refs[3] = {"5V", "2.5V", "Other"};
+    for (int i = 0; i < 3; ++i) {
+        optRef[static_cast<size_t>(i)] =
+            forms::makeOption(forms::member("optRef", i), QString::fromLatin1(refs[i]), frmVref);
+        rg->addWidget(optRef[static_cast<size_t>(i)], i, 0);
+    }
+    optRef[0]->setChecked(true);
+    txtVREF = numberBox("txtVREF", "2", frmVref);
+    txtVREF->setFixedWidth(50);
+    rg->addWidget(txtVREF, 2, 1);
+    rg->addWidget(makeCaption("V", frmVref), 2, 2);
+    rg->addWidget(forms::makeNote("NOTE: VREF selection must match eval board selection.", frmVref),
+                  3, 0, 1, 3);
+    v->addWidget(frmVref);
+
+    Frame1 = namedFrame("Frame1", "CURRENT RANGE", side);
+    cboSweepI = makeList(QStringLiteral("cboSweepI"),
+                         forms::itemsOf(qz::kSenseRanges, &qz::SenseRange::item),
+                         QStringLiteral("\u00B15uA"), Frame1);
+    (new QVBoxLayout(Frame1))->addWidget(cboSweepI);
+    v->addWidget(Frame1);
+
+    Frame16 = namedFrame("Frame16", "MEASURE VOLTAGE/CURRENT", side);
+    cboMeasureVI =
+        makeList(QStringLiteral("cboMeasureVI"),
+                 forms::itemsOf(qz::kMeasureChoices, &qz::MeasureChoice::item), QString(), Frame16);
+    (new QVBoxLayout(Frame16))->addWidget(cboMeasureVI);
+    v->addWidget(Frame16);
+
+    Frame2 = namedFrame("Frame2", "FORCE/MEASURE CYCLE DELAY", side);
+    cboDela =
+        makeList(QStringLiteral("cboDela"), forms::itemsOf(qz::kCycleDelays, &qz::CycleDelay::item),
+                 QStringLiteral("No Delay"), Frame2);
+    (new QVBoxLayout(Frame2))->addWidget(cboDela);
+    v->addWidget(Frame2);
+
+    Frame3 = namedFrame("Frame3", "SAMPLE DELAY", side);
+    cboMDelay = makeList(QStringLiteral("cboMDelay"), forms::itemsOf(qz::kSampleDelayItems),
+                         QStringLiteral("No Delay"), Frame3);
+    (new QVBoxLayout(Frame3))->addWidget(cboMDelay);
+    v->addWidget(Frame3);
+
+    Check1 = forms::makeCheck(QStringLiteral("Check1"), QStringLiteral("No Handles"), false, side);
+    v->addWidget(Check1);
+
+    auto* words = namedFrame(nullptr, "", side);
+    auto* wg = new QGridLayout(words);
+    lblREADSPI = forms::makeOutBox(QStringLiteral("lblREADSPI"), words, 6);
+    Text1 = forms::makeOutBox(QStringLiteral("Text1"), words, 6);
+    wg->addWidget(makeCaption("READ", words), 0, 0);
+    wg->addWidget(lblREADSPI, 1, 0);
+    wg->addWidget(makeCaption("WRITE", words), 0, 1);
+    wg->addWidget(Text1, 1, 1);
+    v->addWidget(words);
+    v->addStretch(1);
+
+    cmdEXIT = makeButton(QStringLiteral("cmdEXIT"), QStringLiteral("EXIT"), side);
+    v->addWidget(cmdEXIT);
+    side->setFixedWidth(210);
+    return side;
+}
+
+QWidget* frmMeasure::buildHelp(const QString& name, const char* text, QPushButton*& close) {
+    auto* help = new QFrame;
+    help->setObjectName(name);
+    help->setFrameShape(QFrame::Box);
+    help->setAutoFillBackground(true);
+    help->setStyleSheet(
+        QStringLiteral("#%1 { background: #fffbe6; border: 1px solid #b0a060; }").arg(name));
+    help->setMaximumWidth(380);
+    auto* v = new QVBoxLayout(help);
+    auto* top = new QHBoxLayout;
+    top->addWidget(forms::makeHead("HELP!?", help));
+    top->addStretch(1);
+    close = linkButton(name == QLatin1String("FrmHELP") ? "Label30" : "Label17", "Close X", help);
+    top->addWidget(close);
+    v->addLayout(top);
+    v->addWidget(forms::makeNote(text, help));
+    // Pictures of the buttons the text speaks of: they do nothing.
+    v->addWidget(makeButton(QStringLiteral("helpPlot"), QStringLiteral("PLOT"), help), 0,
+                 Qt::AlignLeft);
+    v->addWidget(forms::makeNote(kCopyHelp, help));
+    v->addWidget(
+        makeButton(QStringLiteral("helpCopy"), QStringLiteral("COPY PLOT DATA TO CLIPBOARD"), help),
+        0, Qt::AlignLeft);
+    return help;
+}
+
+QWidget* frmMeasure::buildSweepTab() {
+    QVBoxLayout* column = nullptr;
+    QWidget* page = forms::makePage(this, column);
+    auto* top = new QHBoxLayout;
+
+    QGroupBox* force = makeFrame(QStringLiteral("FORCE VOLTAGE"), page);
+    auto* fg = new QGridLayout(force);
+    txtstartV = numberBox("txtstartV", "-5", force);
+    txtendV = numberBox("txtendV", "5", force);
+    txtstep = numberBox("txtstep", "1000", force);
+    txtstart = resultBox("txtstart", force, 60);
+    txtend = resultBox("txtend", force, 60);
+    txtstepcode = resultBox("txtstepcode", force, 60);
+    addRow(fg, 0, "Start Voltage (V)", {txtstartV, txtstart});
+    addRow(fg, 1, "End Voltage (V)", {txtendV, txtend});
+    addRow(fg, 2, "Voltage Step (mV)", {txtstep, txtstepcode});
+    top->addWidget(force);
+
+    auto* buttons = new QVBoxLayout;
+    cmdPlot = makeButton(QStringLiteral("cmdPlot"), QStringLiteral("PLOT"), page);
+    cmdPlot->setMinimumHeight(48);
+    cmdStop = makeButton(QStringLiteral("cmdStop"), QStringLiteral("STOP"), page);
+    buttons->addWidget(cmdPlot);
+    buttons->addWidget(cmdStop);
+    buttons->addStretch(1);
+    top->addLayout(buttons);
+
+    QGroupBox* range = makeFrame(QStringLiteral("Min/Max"), page);
+    auto* mg = new QGridLayout(range);
+    txtmin = resultBox("txtmin", range);
+    txtMax = resultBox("txtMax", range);
+    txtdifff = resultBox("txtdifff", range);
+    addRow(mg, 0, "Min", {txtmin});
+    addRow(mg, 1, "Max", {txtMax});
+    addRow(mg, 2, "Delta", {txtdifff});
+    top->addWidget(range);
+
+    QGroupBox* xy = makeFrame(QStringLiteral("PLOT XY Coordinates"), page);
+    auto* xg = new QGridLayout(xy);
+    Text2 = resultBox("Text2", xy, 130);
+    Text3 = resultBox("Text3", xy, 130);
+    addRow(xg, 0, "Measured", {Text2});
+    addRow(xg, 1, "Code", {Text3});
+    top->addWidget(xy);
+
+    auto* right = new QVBoxLayout;
+    cmdCOPYTOCLIP =
+        makeButton(QStringLiteral("cmdCOPYTOCLIP"), QStringLiteral("COPY DATA TO CLIPBOARD"), page);
+    Label16 = linkButton("Label16", "HELP!?", page);
+    right->addWidget(cmdCOPYTOCLIP);
+    right->addWidget(Label16, 0, Qt::AlignLeft);
+    right->addStretch(1);
+    top->addLayout(right);
+    top->addStretch(1);
+    column->addLayout(top);
+
+    auto* bottom = new QHBoxLayout;
+    List1 = new forms::ResultList(QStringLiteral("List1"), page);
+    bottom->addWidget(List1, 4);
+    SSTab2 = new forms::TabControl(QStringLiteral("SSTab2"), 1, page);
+    auto* chartPage = new QWidget;
+    auto* cg = new QGridLayout(chartPage);
+    Strip1 = new forms::StripChart(QStringLiteral("Strip1"), chartPage);
+    FrmHELP = buildHelp(QStringLiteral("FrmHELP"), kSweepHelp, Label30);
+    cg->addWidget(Strip1, 0, 0);
+    // The help stands over the chart until it is closed.
+    cg->addWidget(FrmHELP, 0, 0, Qt::AlignLeft | Qt::AlignTop);
+    cg->addWidget(makeCaption("Code", chartPage), 1, 0, Qt::AlignHCenter);
+    SSTab2->addTab(chartPage, QStringLiteral("Measout vs Code"));
+    bottom->addWidget(SSTab2, 6);
+    column->addLayout(bottom, 1);
+    return page;
+}
+
+QWidget* frmMeasure::buildTimeTab() {
+    QVBoxLayout* column = nullptr;
+    QWidget* page = forms::makePage(this, column);
+    auto* top = new QHBoxLayout;
+
+    QGroupBox* force = makeFrame(QStringLiteral("FORCE VOLTAGE"), page);
+    auto* fg = new QGridLayout(force);
+    txtForceV = numberBox("txtForceV", "5", force);
+    txtForceC = resultBox("txtForceC", force, 60);
+    addRow(fg, 0, "Voltage (V)", {txtForceV, txtForceC});
+    top->addWidget(force, 0, Qt::AlignTop);
+
+    auto* buttons = new QVBoxLayout;
+    cmdPlotit = makeButton(QStringLiteral("cmdPlotit"), QStringLiteral("PLOT"), page);
+    cmdPlotit->setMinimumHeight(48);
+    cmdStopit = makeButton(QStringLiteral("cmdStopit"), QStringLiteral("STOP"), page);
+    buttons->addWidget(cmdPlotit);
+    buttons->addWidget(cmdStopit);
+    buttons->addStretch(1);
+    top->addLayout(buttons);
+
+    QGroupBox* range = makeFrame(QStringLiteral("Min/Max"), page);
+    auto* mg = new QGridLayout(range);
+    txtmin1 = resultBox("txtmin1", range);
+    txtmax1 = resultBox("txtmax1", range);
+    txtdiff = resultBox("txtdiff", range);
+    addRow(mg, 0, "Min", {txtmin1});
+    addRow(mg, 1, "Max", {txtmax1});
+    addRow(mg, 2, "Delta", {txtdiff});
+    top->addWidget(range);
+
+    QGroupBox* xy = makeFrame(QStringLiteral("PLOT XY Coordinates"), page);
+    auto* xg = new QGridLayout(xy);
+    txtX = resultBox("txtX", xy, 130);
+    txtY = resultBox("txtY", xy, 130);
+    addRow(xg, 0, "Time (s)", {txtX});
+    addRow(xg, 1, "Measured", {txtY});
+    top->addWidget(xy, 0, Qt::AlignTop);
+
+    auto* right = new QVBoxLayout;
+    cmdCopy = makeButton(QStringLiteral("cmdCopy"), QStringLiteral("COPY DATA TO CLIPBOARD"), page);
+    Label29 = linkButton("Label29", "HELP!?", page);
+    right->addWidget(cmdCopy);
+    right->addWidget(Label29, 0, Qt::AlignLeft);
+    right->addStretch(1);
+    top->addLayout(right);
+    top->addStretch(1);
+    column->addLayout(top);
+
+    auto* bottom = new QHBoxLayout;
+    List2 = new forms::ResultList(QStringLiteral("List2"), page);
+    bottom->addWidget(List2, 4);
+    auto* chartArea = new QWidget(page);
+    auto* cg = new QGridLayout(chartArea);
+    cg->setContentsMargins(0, 0, 0, 0);
+    Strip2 = new forms::StripChart(QStringLiteral("Strip2"), chartArea);
+    Frame9 = buildHelp(QStringLiteral("Frame9"), kTimeHelp, Label17);
+    cg->addWidget(Strip2, 0, 0);
+    cg->addWidget(Frame9, 0, 0, Qt::AlignLeft | Qt::AlignTop);
+    bottom->addWidget(chartArea, 6);
+    column->addLayout(bottom, 1);
+    return page;
+}
+
+QWidget* frmMeasure::buildStimulusTab() {
+    QVBoxLayout* column = nullptr;
+    QWidget* page = forms::makePage(this, column);
+    auto* row = new QHBoxLayout;
+    const QStringList ranges = forms::itemsOf(qz::kConsoleRangeNames);
+
+    QGroupBox* settling = makeFrame(QStringLiteral("SETTLING TIMES"), page);
+    auto* sv = new QVBoxLayout(settling);
+    QGroupBox* fin = makeFrame(QStringLiteral("FIN DAC X1"), settling);
+    auto* fg = new QGridLayout(fin);
+    cboFINREG = makeList(QStringLiteral("cboFINREG"), ranges, QString(), fin);
+    txtFINSET1 = forms::makeHexBox(QStringLiteral("txtFINSET1"), QStringLiteral("0000"), 4, fin);
+    txtFINSET2 = forms::makeHexBox(QStringLiteral("txtFINSET2"), QStringLiteral("8000"), 4, fin);
+    addRow(fg, 0, "Current Range", {cboFINREG});
+    addRow(fg, 1, "first code", {txtFINSET1});
+    addRow(fg, 2, "second code", {txtFINSET2});
+    cmdWRITESET = makeButton(QStringLiteral("cmdWRITESET"), QStringLiteral("WRITE DAC CODES"), fin);
+    fg->addWidget(cmdWRITESET, 3, 0, 1, 2);
+    fg->addWidget(forms::makeNote("Delay of about 200ms between writes.", fin), 4, 0, 1, 2);
+    sv->addWidget(fin);
+    sv->addStretch(1);
+    row->addWidget(settling);
+
+    QGroupBox* change = makeFrame(QStringLiteral("RANGE CHANGE TRANSIENTS"), page);
+    auto* cv = new QVBoxLayout(change);
+    QGroupBox* ranged = makeFrame(QStringLiteral("Current Range Change"), change);
+    auto* rg = new QGridLayout(ranged);
+    cboCurrent1 = makeList(QStringLiteral("cboCurrent1"), ranges, QString(), ranged);
+    cboCurrent2 = makeList(QStringLiteral("cboCurrent2"), ranges, QString(), ranged);
+    txtdin = forms::makeHexBox(QStringLiteral("txtdin"), QStringLiteral("0000"), 4, ranged);
+    txtrange1 = forms::makeOutBox(QStringLiteral("txtrange1"), ranged, 6);
+    txtrange2 = forms::makeOutBox(QStringLiteral("txtrange2"), ranged, 6);
+    txtfincode = forms::makeOutBox(QStringLiteral("txtfincode"), ranged, 6);
+    addRow(rg, 0, "1st Range", {cboCurrent1});
+    addRow(rg, 1, "2nd Range", {cboCurrent2});
+    addRow(rg, 2, "FORCE VOLTAGE DAC CODE", {txtdin});
+    cmdRangeChange = makeButton(QStringLiteral("cmdRangeChange"), QStringLiteral("UPDATE"), ranged);
+    rg->addWidget(cmdRangeChange, 3, 0, 1, 2);
+    addRow(rg, 4, "1st WRITE", {txtrange1});
+    addRow(rg, 5, "2nd WRITE", {txtrange2});
+    addRow(rg, 6, "FIN DAC CODE", {txtfincode});
+    rg->addWidget(forms::makeNote("Delay of about 200ms between writes.", ranged), 7, 0, 1, 2);
+    cv->addWidget(ranged);
+    cv->addStretch(1);
+    row->addWidget(change);
+    row->addStretch(1);
+    column->addLayout(row);
+    column->addStretch(1);
+    return page;
+}
