@@ -63,6 +63,7 @@ void frmMain::wire() {
         button->setEnabled(nav.has(form));
         connect(button, &QPushButton::clicked, this, [this, f = form] { nav.show(f); });
     }
+    wireCompensation();
 }
 
 void frmMain::Form_Load() {

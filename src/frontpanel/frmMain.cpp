@@ -12,6 +12,7 @@
 #include "levels/FieldTable.h"
 #include "levels/Ranges.h"
 #include "registers/AlarmStatus.h"
+#include "registers/Compensation.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -87,6 +88,7 @@ frmMain::frmMain(qz::Session& s, forms::Navigator& n, QWidget* parent)
     middle->addStretch(1);
     auto* right = new QVBoxLayout;
     right->addWidget(buildAlarmFrame());
+    right->addWidget(buildCompensationFrame());
     right->addStretch(1);
     columns->addLayout(left);
     columns->addLayout(middle);
@@ -227,6 +229,38 @@ QWidget* frmMain::buildAlarmFrame() {
     cmdCLEAR = makeButton(QStringLiteral("cmdCLEAR"), QStringLiteral("CLEAR"), frame);
     g->addWidget(cmdCheckAlarms, 6, 0, 1, 2);
     g->addWidget(cmdCLEAR, 6, 2);
+    return frame;
+}
+
+QWidget* frmMain::buildCompensationFrame() {
+    QGroupBox* frame = makeFrame(QStringLiteral("COMPENSATION"), this);
+    auto* g = new QGridLayout(frame);
+    for (int i = 0; i < 2; ++i) {
+        Option2[static_cast<size_t>(i)] = forms::makeOption(
+            forms::member("Option2", i), QString::fromLatin1(qz::kModeItems[i].text), frame);
+        g->addWidget(Option2[static_cast<size_t>(i)], i, 0, 1, 2);
+    }
+    Option2[0]->setChecked(true);
+    cboRC = makeList(QStringLiteral("cboRC"), forms::itemsOf(qz::kEsrItems, &qz::CompItem::text),
+                     QStringLiteral("Choose ESR"), frame);
+    cboCR = makeList(QStringLiteral("cboCR"), forms::itemsOf(qz::kCdutItems, &qz::CompItem::text),
+                     QStringLiteral("Choose Load Capacitance, CR"), frame);
+    // The milliohm unit: "m" and the Ohm sign, set close as one word.
+    Label11 = forms::makeLabel(QStringLiteral("Label11"), QStringLiteral("m"), frame);
+    Label10 = forms::makeLabel(QStringLiteral("Label10"), QStringLiteral("\u03A9"), frame);
+    Label9 = forms::makeLabel(QStringLiteral("Label9"), QStringLiteral("uF"), frame);
+    auto* milliohm = new QHBoxLayout;
+    milliohm->setSpacing(0);
+    milliohm->addWidget(Label11);
+    milliohm->addWidget(Label10);
+    milliohm->addStretch(1);
+    g->addWidget(cboRC, 2, 0);
+    g->addLayout(milliohm, 2, 1);
+    g->addWidget(cboCR, 3, 0);
+    g->addWidget(Label9, 3, 1);
+    cmdManualComp = makeButton(QStringLiteral("cmdManualComp"), QStringLiteral("GO TO MANUAL COMP"), frame);
+    g->addWidget(cmdManualComp, 4, 0, 1, 2, Qt::AlignLeft);
+    g->setColumnStretch(1, 1);
     return frame;
 }
 

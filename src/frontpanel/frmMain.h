@@ -20,6 +20,9 @@ class QRadioButton;
 namespace forms {
 class Lamp;
 }
+namespace qz {
+struct CompSelection;
+}
 
 class frmMain : public forms::Panel {
 public:
@@ -59,6 +62,12 @@ public:
     void cmdRESET_Click();
     void cmdEXIT_Click();
     void Command6_Click();
+
+    // "COMPENSATION": mode, ESR and load capacitance of register 1, each written at once.
+    void Option2_Click(int index);
+    void cboRC_Click();
+    void cboCR_Click();
+    void cmdManualComp_Click();
 
     // "FORCE VOLTAGE"
     QLineEdit* txtV;
@@ -110,6 +119,15 @@ public:
     QPushButton* cmdCheckAlarms;
     QPushButton* cmdCLEAR;
 
+    // "COMPENSATION"
+    std::array<QRadioButton*, 2> Option2{};
+    QComboBox* cboRC;
+    QComboBox* cboCR;
+    QLabel* Label11; // "m"
+    QLabel* Label10; // the Ohm sign
+    QLabel* Label9;  // "uF"
+    QPushButton* cmdManualComp;
+
     // Ways out.
     QPushButton* Command1;
     QPushButton* Command2;
@@ -130,8 +148,11 @@ private:
     QWidget* buildMeasureFrame();
     QWidget* buildSystemFrame();
     QWidget* buildAlarmFrame();
+    QWidget* buildCompensationFrame();
     QWidget* buildWordBar();
     void wire();
+    void wireCompensation();
+    void compSelect(const qz::CompSelection& selection, int item);
 
     void fields(std::initializer_list<QWidget*> controls);
     void clampEntry(QLineEdit* box, bool high);

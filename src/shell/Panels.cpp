@@ -1,5 +1,6 @@
 #include "shell/Panels.h"
 
+#include "compensation/frmCompensation.h"
 #include "diagnostics/frmDIAG.h"
 #include "frontpanel/frmMain.h"
 #include "shell/frmMEASOUTGAIN.h"
@@ -10,6 +11,9 @@ void registerPanels(forms::Navigator& nav, Session& session) {
     nav.registerForm(
         forms::Form::frmMain, [&nav, &session] { return new frmMain(session, nav); },
         [](QWidget* f) { static_cast<frmMain*>(f)->Form_Load(); });
+    nav.registerForm(
+        forms::Form::frmCompensation, [&nav, &session] { return new frmCompensation(session, nav); },
+        [](QWidget* f) { static_cast<frmCompensation*>(f)->Form_Load(); });
     nav.registerForm(
         forms::Form::frmDIAG, [&nav, &session] { return new frmDIAG(session, nav); },
         [](QWidget* f) { static_cast<frmDIAG*>(f)->Form_Load(); });

@@ -53,5 +53,9 @@ int main(int argc, char** argv) {
     console->QZ7740->setCurrentIndex(4);
     shootTabs(console, console->tabDACS, dir, QStringLiteral("console-dac"));
     if (QWidget* gain = nav.show(forms::Form::frmMEASOUTGAIN)) save(gain, dir + QStringLiteral("/measoutgain.png"));
+    if (QWidget* comp = nav.show(forms::Form::frmCompensation)) {
+        auto* pages = dynamic_cast<forms::TabControl*>(comp->findChild<QWidget*>(QStringLiteral("SSTab1")));
+        if (pages) shootTabs(comp, pages, dir, QStringLiteral("compensation"));
+    }
     return 0;
 }
