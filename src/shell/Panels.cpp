@@ -3,6 +3,7 @@
 #include "compensation/frmCompensation.h"
 #include "diagnostics/frmDIAG.h"
 #include "frontpanel/frmMain.h"
+#include "measure/frmMeasure.h"
 #include "shell/frmMEASOUTGAIN.h"
 
 namespace qz {
@@ -14,6 +15,9 @@ void registerPanels(forms::Navigator& nav, Session& session) {
     nav.registerForm(
         forms::Form::frmCompensation, [&nav, &session] { return new frmCompensation(session, nav); },
         [](QWidget* f) { static_cast<frmCompensation*>(f)->Form_Load(); });
+    nav.registerForm(
+        forms::Form::frmMeasure, [&nav, &session] { return new frmMeasure(session, nav); },
+        [](QWidget* f) { static_cast<frmMeasure*>(f)->Form_Load(); });
     nav.registerForm(
         forms::Form::frmDIAG, [&nav, &session] { return new frmDIAG(session, nav); },
         [](QWidget* f) { static_cast<frmDIAG*>(f)->Form_Load(); });

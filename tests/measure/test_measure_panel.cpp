@@ -1,0 +1,305 @@
+// The measurement panel at the start of the program, and its runs through its controls on
+// a board whose readings the test chooses (the ADC gives half the FIN code), with a clock
+// that moves only when waited on; last, the loop closed on the virtual board's model.
+
+#include "forms/ResultList.h"
+#include "forms/StripChart.h"
+#include "forms/TabControl.h"
+#include "measure/RunBoard.h"
+#include "measure/frmMeasure.h"
+#include "support/ConsoleFixture.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTimer>
+
+#include <cmath>
+
+using forms::Form;
+using qztest::Harness;
+using qztest::pick;
+
+namespace {
+
+const std::vector<int> kHead = {0x012200, 0x8B0000, 0x810000, 0x028150}; // gain, OFFSET, SYS, DPS1
+
+class Measure : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        board->code = [](int fin, int) { return fin / 2; };
+        board->clock = &clock;
+        console = h.startConsole<frmMAINQZ7740>();
+        p = static_cast<frmMeasure*>(h.nav.show(Form::frmMeasure));
+        ASSERT_NE(p, nullptr);
+        p->useClock(clock);
+        Harness::activate(p);
+        h.trace.fresh();
+    }
+    std::vector<int> sent() { return qztest::wordsSent(h.trace.fresh()); }
+    // Runs f in the first event pass of the run that click starts.
+    void duringRun(QPushButton* plot, std::function<void()> f) {
+        QTimer::singleShot(0, p, std::move(f));
+        QTest::mouseClick(plot, Qt::LeftButton);
+    }
+
+    qztest::RunBoard* board = new qztest::RunBoard;
+    Harness h{std::unique_ptr<qz::BridgeLibrary>(board)};
+    qz::SteppedClock clock;
+    std::unique_ptr<frmMAINQZ7740> console;
+    frmMeasure* p = nullptr;
+    qz::General& g = h.session->general;
+};
+
+} // namespace
+
+TEST(MeasureStart, LoadedOnTheWayAndAllThreeReferencesEndAtFiveVolts) {
+    Harness h;
+    auto f = h.startConsole<frmMAINQZ7740>();
+    EXPECT_EQ(qztest::wordsSent(h.trace.lines()),
+              (std::vector<int>{0x012200, 0x012200, 0x029950, 0x030000, 0x06AA80, 0x029950}));
+    auto* p = static_cast<frmMeasure*>(h.nav.loaded(Form::frmMeasure));
+    auto* m = static_cast<frmMain*>(h.nav.loaded(Form::frmMain));
+    ASSERT_NE(p, nullptr);
+    EXPECT_EQ(h.session->general.VREF, 5.0f);
+    for (const auto* options : {&p->optRef, &m->optRef, &f->optRef})
+        EXPECT_TRUE((*options)[0]->isChecked());
+    EXPECT_EQ(p->Text1->text(), QStringLiteral("029950"));
+    EXPECT_EQ(h.session->general.sweepPMUreg, 0x029950);
+    EXPECT_EQ(p->cboMeasureVI->currentIndex(), 0);
+    EXPECT_EQ(p->cboSweepI->currentText(), QStringLiteral("\u00B15uA"));
+    EXPECT_EQ(p->cboDela->currentText(), QStringLiteral("No Delay"));
+    EXPECT_EQ(p->SSTab1->currentIndex(), 0);
+    EXPECT_EQ(p->Strip1->cursorMode(), 0);
+    EXPECT_EQ(p->windowTitle(),
+              QStringLiteral("QZ7740 Voltage Measurements & CV1640 [virtual board]"));
+    EXPECT_TRUE(m->Command1->isEnabled()) << "the front panel's way here is open";
+    EXPECT_TRUE(h.boxes.empty());
+}
+
+TEST_F(Measure, ASweepSendsItsHeadThenOneWordAPointAndFillsItsFields) {
+    QTest::mouseClick(p->cmdPlot, Qt::LeftButton);
+    std::vector<int> words = kHead;
+    for (int k = 0; k < 10; ++k)
+        words.push_back(0x080000 | (19980 + 2558 * k));
+    words.push_back(0x08B1F4);
+    EXPECT_EQ(sent(), words);
+    EXPECT_EQ(p->txtstart->text(), QStringLiteral("4E0C"));
+    EXPECT_EQ(p->txtend->text(), QStringLiteral("B1F4"));
+    EXPECT_EQ(p->txtstepcode->text(), QStringLiteral("9FE"));
+    EXPECT_EQ(p->Text1->text(), QStringLiteral("8B1F4"));
+    EXPECT_EQ(p->lblREADSPI->text(), QStringLiteral("58FA"));
+    EXPECT_EQ(p->txtmin->text(), QStringLiteral("-9.001617"));
+    EXPECT_EQ(p->txtMax->text(), QStringLiteral("-4.123383"));
+    EXPECT_EQ(p->txtdifff->text(), QStringLiteral("4.878235"));
+    EXPECT_EQ(p->List1->count(), 1 + 11 + 1 + 11);
+    EXPECT_EQ(p->List1->lines()[12], "0.762176513671875") << "the first reading, then the table";
+    EXPECT_EQ(p->Strip1->count(), 11);
+    EXPECT_EQ(p->Strip1->pointAt(10), QPointF(11, -4.123382568359375));
+    EXPECT_DOUBLE_EQ(p->Strip1->yScaleTop(), -4.5357208251953125) << "max x 1.1, below max";
+    EXPECT_EQ(p->Strip1->traceColor(), 0xFF0000);
+    for (forms::StripChart* chart : {p->Strip1, p->Strip2}) {
+        EXPECT_EQ(chart->cursorMode(), 2);
+        EXPECT_EQ(chart->handleStyle(), 3);
+    }
+    EXPECT_EQ(g.IRangeIndex, 0);
+    qztest::clickBox(p->Check1);
+    EXPECT_EQ(p->Strip2->handleStyle(), 0) << "\"No Handles\" ticked";
+    EXPECT_TRUE(h.boxes.empty());
+}
+
+TEST_F(Measure, EachRefusalOnItsFieldAndNothingSentAfterTheHead) {
+    struct Case {
+        QLineEdit* box;
+        const char* text;
+        QPushButton* plot;
+        std::string message;
+    };
+    const std::string outside = "Number outside possible voltage range, please refer to transfer "
+                                "function and offset dac setting "
+                                "and review output voltage request. Min and Max for your "
+                                "reference/offset DAC settings are-12.81 and 12.81";
+    const Case cases[] = {
+        {p->txtstartV, "x", p->cmdPlot, "Not a valid number. Please reenter it."},
+        {p->txtstartV, "6", p->cmdPlot, "Start Voltage must be less than End Voltage."},
+        {p->txtendV, "13", p->cmdPlot, outside},
+        {p->txtstep, "0.1", p->cmdPlot,
+         "Number outside range. Please reenter voltage step between 0 and 1000mV."},
+        {p->txtForceV, "", p->cmdPlotit, "Not a valid number. Please reenter it."},
+        {p->txtForceV, "-13", p->cmdPlotit, outside},
+        {p->txtVREF, "7", p->cmdPlot,
+         "Number outside Reference range. Please reenter reference voltage between 2V and +5V."},
+    };
+    for (const Case& c : cases) {
+        const QString kept = c.box->text();
+        if (c.box == p->txtVREF) qztest::clickBox(p->optRef[2]);
+        h.trace.fresh();
+        c.box->setText(QString::fromLatin1(c.text));
+        QTest::mouseClick(c.plot, Qt::LeftButton);
+        EXPECT_EQ(sent(), kHead) << c.message;
+        h.expectRefusal(c.box, c.message);
+        EXPECT_EQ(p->List1->count() + p->List2->count(), 0);
+        c.box->setText(kept);
+    }
+    EXPECT_EQ(board->conversions, 0);
+}
+
+TEST_F(Measure, EntriesCheckOnEnterOnly) {
+    Harness::enter(p->txtstartV, QStringLiteral("12.6"));
+    EXPECT_EQ(sent(), std::vector<int>{0x8B0000}) << "the OFFSET comes from the chip";
+    ASSERT_EQ(h.boxes.size(), 1u);
+    EXPECT_NE(h.boxes[0].text.find("are-12.81 and 12.81"), std::string::npos);
+    h.boxes.clear();
+    Harness::enter(p->txtstep, QStringLiteral("1001"));
+    h.expectRefusal(p->txtstep,
+                    "Number outside range. Please reenter voltage step between 0 and 1000mV.");
+    Harness::enter(p->txtVREF, QStringLiteral("1.4"));
+    h.expectRefusal(
+        p->txtVREF,
+        "Number outside Reference range. Please reenter reference voltage between 2V and +5V.");
+    Harness::enter(p->txtVREF, QStringLiteral("5.4"));
+    Harness::enter(p->txtdin, QStringLiteral("abc"));
+    EXPECT_EQ(p->txtdin->text(), QStringLiteral("0ABC"));
+    EXPECT_EQ(g.VREF, 5.0f) << "the Enter only checks";
+    Harness::enter(p->txtFINSET1, QStringLiteral("10000"));
+    h.expectRefusal(p->txtFINSET1, "Number too large. Please reenter code between 0 and xFFFF.");
+}
+
+TEST_F(Measure, ATimeRunOfHalfSecondsTakesNoRealTimeAndReadsByItsCursor) {
+    pick(p->cboDela, 1);
+    pick(p->cboMDelay, 3);
+    pick(p->cboMeasureVI, 1);
+    pick(p->cboSweepI, 3);
+    sent();
+    QTest::mouseClick(p->cmdPlotit, Qt::LeftButton);
+    EXPECT_EQ(sent(), (std::vector<int>{0x012200, 0x8B0000, 0x810000, 0x029930, 0x08B1F4}));
+    EXPECT_EQ(p->txtForceC->text(), QStringLiteral("B1F4"));
+    const std::vector<std::string>& lines = p->List2->lines();
+    ASSERT_EQ(lines.size(), 105u);
+    EXPECT_EQ(lines[0], "temp\tADC\tADC Measured Voltage\tsample time\tMeasure Current");
+    EXPECT_EQ(lines[3], "2\t22778\t1.73782348632812\t0.23\t-0.00103084564208984");
+    EXPECT_NEAR(clock.seconds(), 101 * 0.1, 1e-5);
+    EXPECT_EQ(p->txtdiff->text(), QStringLiteral("0"));
+    EXPECT_LT(p->Strip2->yScaleBottom(), p->Strip2->yScaleTop()) << "equal readings, bounds apart";
+    EXPECT_EQ(p->Strip2->cursorMode(), 2);
+    EXPECT_EQ(p->Strip1->cursorMode(), 0) << "a time run leaves the sweep's chart";
+
+    p->Strip2->moveCursor(3);
+    EXPECT_EQ(p->txtX->text(), QStringLiteral("0.2300"));
+    EXPECT_EQ(p->txtY->text(), QStringLiteral("-0.001030846"));
+    p->Strip2->moveCursor(0.2);
+    EXPECT_EQ(p->txtX->text(), QStringLiteral("0.2300")) << "no point there: the fields stay";
+
+    QApplication::clipboard()->setText(QStringLiteral("stale"));
+    QTest::mouseClick(p->cmdCOPYTOCLIP, Qt::LeftButton);
+    EXPECT_EQ(QApplication::clipboard()->text(), QString()) << "an empty list";
+    QTest::mouseClick(p->cmdCopy, Qt::LeftButton);
+    const QString text = QApplication::clipboard()->text();
+    EXPECT_EQ(text.count(QStringLiteral("\r\n")), 105);
+    EXPECT_TRUE(text.startsWith(QStringLiteral("temp\tADC\t")));
+    EXPECT_TRUE(text.endsWith(QStringLiteral("\r\nmincode\tmaxcode\r\n1.737823\t1.737823\r\n")));
+}
+
+TEST_F(Measure, TheSweepCursorReadsTheCodeAndValueOfItsPoint) {
+    QTest::mouseClick(p->cmdPlot, Qt::LeftButton);
+    p->Strip1->moveCursor(1);
+    EXPECT_EQ(p->Text3->text(), QStringLiteral("4E0C"));
+    EXPECT_EQ(p->Text2->text(), QStringLiteral("-9.001617432"));
+    p->Strip1->moveCursor(11);
+    EXPECT_EQ(p->Text3->text(), QStringLiteral("B1F4"));
+    for (double outside : {11.6, 0.4})
+        p->Strip1->moveCursor(outside);
+    EXPECT_EQ(p->Text3->text(), QStringLiteral("B1F4"));
+    QApplication::processEvents();
+    QTest::mouseClick(p->Strip1->viewport(), Qt::LeftButton, {}, p->Strip1->viewPointOf(6, -6));
+    EXPECT_EQ(p->Text3->text(), QStringLiteral("8002")) << "a click at point 6";
+}
+
+TEST_F(Measure, RunsNeverNestAndExitEndsAtOnce) {
+    bool passed = false;
+    duringRun(p->cmdPlot, [&] {
+        passed = true;
+        EXPECT_FALSE(p->cmdPlot->isEnabled());
+        EXPECT_FALSE(p->cmdPlotit->isEnabled());
+        EXPECT_FALSE(p->cmdWRITESET->isEnabled());
+        EXPECT_TRUE(p->cmdStop->isEnabled());
+        p->cmdPlot_Click();
+        p->cmdPlotit_Click();
+        pick(p->cboMeasureVI, 1);
+        QTest::mouseClick(p->cmdEXIT, Qt::LeftButton);
+    });
+    EXPECT_TRUE(passed);
+    EXPECT_EQ(h.ends, 1);
+    EXPECT_EQ(board->conversions, 81) << "one sweep, in the mode it started with";
+    EXPECT_EQ(p->List1->count(), 24);
+    EXPECT_EQ(p->List2->count(), 0);
+    EXPECT_EQ(g.measMode, 1) << "the pick counts from the next run";
+    EXPECT_TRUE(p->cmdPlot->isEnabled());
+    EXPECT_FALSE(p->cmdStop->isEnabled());
+
+    duringRun(p->cmdPlot, [&] { QTest::mouseClick(p->cmdStop, Qt::LeftButton); });
+    EXPECT_EQ(p->List1->count(), 2) << "the header and the point in progress; no deviation";
+    EXPECT_EQ(p->Strip1->count(), 1);
+}
+
+TEST_F(Measure, ClosingDuringARunWaitsForItsEnd) {
+    QPointer<frmMeasure> panel = p;
+    duringRun(p->cmdPlotit, [&] {
+        p->close();
+        EXPECT_TRUE(p->isVisible()) << "the window's frame waits too";
+        p->findChild<QAction*>(QStringLiteral("mnuClose"))->trigger();
+        EXPECT_EQ(h.nav.loaded(Form::frmMeasure), p);
+    });
+    EXPECT_EQ(p->List2->count(), 105) << "the run went on to its end";
+    EXPECT_EQ(h.nav.loaded(Form::frmMeasure), nullptr);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(panel.isNull());
+}
+
+TEST_F(Measure, TheThirdTabHidesTheRunsControlsAndItsStimuliSendTheirWords) {
+    const std::initializer_list<QWidget*> runs{p->frmVref,       p->Frame1, p->Frame2, p->Frame3,
+                                               p->cmdCOPYTOCLIP, p->Check1, p->Frame16};
+    p->SSTab1->setCurrentIndex(2);
+    for (QWidget* w : runs)
+        EXPECT_TRUE(w->isHidden()) << w->objectName().toStdString();
+    QTest::mouseClick(p->cmdWRITESET, Qt::LeftButton);
+    EXPECT_EQ(sent(), (std::vector<int>{0x028150, 0x080000, 0x088000}));
+    EXPECT_EQ(p->Text2->text(), QStringLiteral("00080000"));
+    EXPECT_NEAR(clock.seconds(), 0.2, 1e-9);
+    pick(p->cboCurrent1, 1);
+    pick(p->cboCurrent2, 4);
+    p->txtdin->setText(QStringLiteral("ABC"));
+    QTest::mouseClick(p->cmdRangeChange, Qt::LeftButton);
+    EXPECT_EQ(sent(), (std::vector<int>{0x028950, 0x080ABC, 0x02A150}));
+    EXPECT_EQ(p->txtrange2->text(), QStringLiteral("02A150"));
+    EXPECT_EQ(p->Text1->text(), QStringLiteral("02A150"));
+    p->txtFINSET2->clear();
+    QTest::mouseClick(p->cmdWRITESET, Qt::LeftButton);
+    h.expectRefusal(p->txtFINSET2, "Not a valid number. Please reenter it.");
+    p->SSTab1->setCurrentIndex(1);
+    for (QWidget* w : runs)
+        EXPECT_FALSE(w->isHidden()) << w->objectName().toStdString();
+}
+
+TEST(MeasureOnTheBoard, ASweepReadsBackTheVoltagesAndTheCurrentIntoTheLoad) {
+    Harness h;
+    auto f = h.startConsole<frmMAINQZ7740>();
+    auto* p = static_cast<frmMeasure*>(h.nav.show(Form::frmMeasure));
+    pick(p->cboSweepI, 3);
+    p->cmdPlot_Click();
+    const qz::MeasureArrays& a = p->arrays;
+    ASSERT_EQ(a.sweepVolts.size(), 11u);
+    for (size_t i = 0; i < a.sweepVolts.size(); ++i)
+        EXPECT_NEAR(a.sweepMeasVolts[i], a.sweepVolts[i], 0.002) << i;
+    pick(p->cboMeasureVI, 1);
+    p->cmdPlot_Click();
+    for (size_t i = 0; i < a.sweepVolts.size(); ++i)
+        EXPECT_NEAR(a.sweepMeasAmps[i], a.sweepVolts[i] / 10000.0, 1e-6) << i;
+    EXPECT_TRUE(h.boxes.empty());
+}
