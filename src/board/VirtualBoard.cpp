@@ -85,12 +85,6 @@ bool sensorReadOnly(int pointer) {
 VirtualBoard::VirtualBoard(std::chrono::nanoseconds latency) : latency_(latency) {
     powerOn();
     chip_.setPins(pins_.hwInhibit, pins_.clampPin);
-    // The external channel reads the die, in whole degrees and quarters in the top bits.
-    const double die = ChipModel::kDieCelsius;
-    sensor_[kSensorLocal] = 26;
-    sensor_[kSensorExternal] = static_cast<uint8_t>(die);
-    sensor_[kSensorStatus] = 0;
-    sensor_[kSensorFraction] = static_cast<uint8_t>(static_cast<int>((die - int(die)) * 4) << 6);
 }
 
 uint16_t VirtualBoard::powerOnValue(int address) {
@@ -219,7 +213,9 @@ int32_t VirtualBoard::Vendor_Request(int32_t handle, int32_t request, int32_t va
             return status::OK;
         }
         if (in && length == 1) {
-            buffer[0] = sensor_[static_cast<size_t>(value)];
+            // The readings come from the sensor's model: the chip as it stands now.
+            sensorModel_.setChip(regs_[0x07], chip_.outputVolts() * chip_.outputAmps());
+            if (!sensorModel_.read(value, buffer[0])) buffer[0] = sensor_[static_cast<size_t>(value)];
             return status::OK;
         }
         break;

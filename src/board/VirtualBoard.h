@@ -6,6 +6,7 @@
 
 #include "board/BridgeLibrary.h"
 #include "board/ChipModel.h"
+#include "board/SensorModel.h"
 
 #include <array>
 #include <chrono>
@@ -65,7 +66,8 @@ private:
     int doorStep_ = 0;       // progress through the key words of the test registers
     bool doorOpen_ = false;
     uint16_t adcCode_ = kAdcMidScale;
-    std::array<uint8_t, 256> sensor_{};
+    std::array<uint8_t, 256> sensor_{}; // the set-up registers the program writes
+    SensorModel sensorModel_;
     Pins pins_;
     int resets_ = 0;
 };

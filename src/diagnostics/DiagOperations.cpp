@@ -8,7 +8,9 @@
 #include "forms/Build.h"
 #include "forms/Controls.h"
 #include "forms/MessageBox.h"
+#include "forms/StripChart.h"
 #include "forms/TabControl.h"
+#include "measure/RunPass.h"
 #include "registers/BitMirror.h"
 #include "registers/Diagnostics.h"
 #include "registers/RegisterMap.h"
@@ -16,20 +18,37 @@
 #include <QCloseEvent>
 #include <QGroupBox>
 #include <QLineEdit>
+#include <QString>
 #include <QRadioButton>
 
 namespace diag = qz::diag;
 
 void frmDIAG::Form_Load() {
-    session.general.DIAGreg = qz::kDIAGregStart;
-    SSTab2->setCurrentIndex(SSTab2->count() - 1);
+    qz::General& g = session.general;
+    g.DIAGreg = qz::kDIAGregStart;
+    SSTab2->setCurrentIndex(2);
+    for (const auto& s : qz::sensor::kSetup) session.usb.WriteI2C(s.data, s.pointer);
+    g.tempDelay = 0.1f;
     optTSENSE[9]->setChecked(true);
     optTSENSE_Click(9);
+    session.usb.WriteI2C(qz::sensor::kAfterRouting.data, qz::sensor::kAfterRouting.pointer);
+    const int32_t local = session.usb.ReadI2C(qz::sensor::kLocal);
+    txtLocal->setText(QString::number(local));
+    Strip1->setHandleStyle(0);
+    lblREADSPI->setText(forms::hexText(local, 1));
+    Strip1->setPointCount(200);
+    Strip1->setXAxisMin(0);
+    Strip1->setXAxisMax(200);
+    Strip1->setPointCount(200);
 }
 
+bool frmDIAG::running() const { return run_->running(); }
+
 void frmDIAG::closeEvent(QCloseEvent* event) {
-    // Closing by the window's frame is the menu's "Close": the next showing loads afresh.
-    event->accept();
+    // A close during a run waits for its end; otherwise the frame's close is the menu's
+    // "Close", and the next showing loads afresh.
+    event->ignore();
+    if (run_->running()) return run_->requestClose();
     nav.unload(form);
 }
 

@@ -8,6 +8,9 @@
 #include "forms/Build.h"
 #include "forms/Controls.h"
 #include "forms/Menus.h"
+#include "forms/ResultList.h"
+#include "forms/StripChart.h"
+#include "measure/RunPass.h"
 #include "forms/TabControl.h"
 #include "registers/BitLabels.h"
 #include "registers/Diagnostics.h"
@@ -59,7 +62,8 @@ private:
 } // namespace
 
 frmDIAG::frmDIAG(qz::Session& s, forms::Navigator& n, QWidget* parent)
-    : forms::Panel(s, n, forms::Form::frmDIAG, QStringLiteral("QZ7740 DIAGNOSTIC REGISTER & TH2260"), parent) {
+    : forms::Panel(s, n, forms::Form::frmDIAG, QStringLiteral("QZ7740 DIAGNOSTIC REGISTER & TH2260"), parent),
+      clock_(&qz::steadyClock()), run_(std::make_unique<forms::RunPass>(this)) {
     using forms::Form;
     using forms::Menu;
     using forms::MenuAction;
@@ -82,6 +86,7 @@ frmDIAG::frmDIAG(qz::Session& s, forms::Navigator& n, QWidget* parent)
     SSTab2 = new forms::TabControl(QStringLiteral("SSTab2"), 3, central);
     SSTab2->addTab(buildSelectPage(), QStringLiteral("DIAGNOSTIC REGISTER"));
     SSTab2->addTab(buildReadPage(), QStringLiteral("READ DIAGNOSTIC REGISTER"));
+    SSTab2->addTab(buildSensorPage(), QStringLiteral("TH2260 TEMP SENSOR"));
     SSTab2->onClick([this](int previous) { SSTab2_Click(previous); });
     middle->addWidget(SSTab2, 1);
     middle->addWidget(buildThermalFrame());
@@ -97,7 +102,10 @@ frmDIAG::frmDIAG(qz::Session& s, forms::Navigator& n, QWidget* parent)
 
     connect(cmdRESET, &QPushButton::clicked, this, [this] { cmdRESET_Click(); });
     connect(cmdEXIT, &QPushButton::clicked, this, [this] { cmdEXIT_Click(); });
+    wireSensorPage();
 }
+
+frmDIAG::~frmDIAG() = default;
 
 QWidget* frmDIAG::buildWordFrame() {
     frmwrite = makeFrame(QString(), this);

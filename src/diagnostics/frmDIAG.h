@@ -5,16 +5,29 @@
 // temperature sensor with its logged run.
 
 #include "forms/Panel.h"
+#include "runs/TempRun.h"
 
 #include <array>
+#include <memory>
+#include <optional>
 
 class QGroupBox;
+
+namespace forms {
+class ResultList;
+class RunPass;
+class StripChart;
+} // namespace forms
 
 class frmDIAG : public forms::Panel {
 public:
     frmDIAG(qz::Session& session, forms::Navigator& navigator, QWidget* parent = nullptr);
+    ~frmDIAG() override;
 
     void Form_Load();
+    // The clock of the temperature run and of the sensor's wait; a test gives its own.
+    void useClock(qz::Clock& clock) { clock_ = &clock; }
+    bool running() const;
 
     // The diagnostic word's selections, as the operator's click runs them.
     void optDIAGA_Click(int index);
@@ -27,6 +40,20 @@ public:
     void cmdRESET_Click();
     void cmdEXIT_Click();
     void SSTab2_Click(int previousTab);
+
+    // "TH2260 TEMP SENSOR"
+    void cmdReadI2C_Click();
+    void cmdREADTempSensor_Click();
+    void cmdwriteTempSensor_Click();
+    void txtAddrPtr_Enter();
+    void txtPTR_Enter();
+    void txtdata_Enter();
+    void cmdPLOTTEMP_Click();
+    void cboDelay_Click();
+    void Check1_Click();
+    void Check2_Click();
+    void cmdCopy_Click();
+    void Strip1_CursorMoved(double x);
 
     // The mirrors of this panel, on a copy of the word they are given.
     void DecToBinDIAG(int32_t word);
@@ -55,10 +82,49 @@ public:
     QPushButton* cmdREADDIAG;
     forms::BitRow* txtRD1;
 
+    // "TH2260 TEMP SENSOR"
+    QPushButton* cmdReadI2C;
+    QLineEdit* txtLocal;
+    QLineEdit* txtExt;
+    QLineEdit* txtAddrPtr;
+    QPushButton* cmdREADTempSensor;
+    QLineEdit* txttempdata;
+    QLineEdit* txtPTR;
+    QLineEdit* txtdata;
+    QPushButton* cmdwriteTempSensor;
+    QPushButton* cmdPLOTTEMP;
+    QComboBox* cboDelay;
+    QLineEdit* txtcount;
+    QCheckBox* Check1;
+    QCheckBox* Check2;
+    forms::StripChart* Strip1;
+    forms::ResultList* List2;
+    QPushButton* cmdCopy;
+    QLineEdit* txtX;
+    QLineEdit* txtY;
+    QPushButton* Label29;
+    QGroupBox* FrmHELP;
+    QPushButton* Label30;
+
+    // The readings of the last run, for the chart's cursor.
+    qz::TempArrays temps;
+    int32_t tempCount = 0; // readings the last run took
+    int16_t tempStopped = 0;
+
 protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    QWidget* buildSensorPage();
+    QWidget* buildHelpFrame(QWidget* parent);
+    void wireSensorPage();
+    // The byte of a sensor entry box as its buttons read it; a box that holds none is refused.
+    std::optional<int32_t> sensorByte(QLineEdit* box);
+    void sensorEntry(QLineEdit* box);
+
+    qz::Clock* clock_;
+    std::unique_ptr<forms::RunPass> run_;
+
     QWidget* buildWordFrame();
     QWidget* buildRegisterFrame();
     QWidget* buildThermalFrame();

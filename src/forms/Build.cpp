@@ -43,6 +43,14 @@ QPushButton* makeButton(const QString& name, const QString& caption, QWidget* pa
     return b;
 }
 
+QPushButton* makeLink(const QString& name, const QString& caption, QWidget* parent) {
+    QPushButton* b = makeButton(name, caption, parent);
+    b->setFlat(true);
+    b->setCursor(Qt::PointingHandCursor);
+    b->setStyleSheet(QStringLiteral("QPushButton { color: #1a4fa0; text-decoration: underline; border: none; }"));
+    return b;
+}
+
 QCheckBox* makeCheck(const QString& name, const QString& caption, bool checked, QWidget* parent) {
     auto* c = new QCheckBox(caption, parent);
     c->setObjectName(name);

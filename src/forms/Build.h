@@ -24,6 +24,8 @@ class QWidget;
 namespace forms {
 
 QPushButton* makeButton(const QString& name, const QString& caption, QWidget* parent);
+// A caption that acts when clicked, drawn as a link (the help frames' "?" and "Close X").
+QPushButton* makeLink(const QString& name, const QString& caption, QWidget* parent);
 QCheckBox* makeCheck(const QString& name, const QString& caption, bool checked, QWidget* parent);
 QRadioButton* makeOption(const QString& name, const QString& caption, QWidget* parent);
 // A list with its items; startText shows while no item is chosen.

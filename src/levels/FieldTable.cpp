@@ -45,6 +45,9 @@ constexpr std::array<HexField, kHexFieldCount> kHexFields{{
     {Text1, "Text1", 0xFFFFFF, kWordTooLarge, 0, nullptr, 0, "", SendWord, Text1},
     {frmMain_OFFSETx1, "OFFSETx1", 0xFFFF, kCodeTooLarge, 0, nullptr, 0x0B0000, "8000", FrontOffset,
      frmMain_OFFSETx1},
+    {txtAddrPtr, "txtAddrPtr", 0xFF, kByteTooLarge, 0, nullptr, 0, "", Hold, txtAddrPtr},
+    {txtPTR, "txtPTR", 0xFF, kByteTooLarge, 0, nullptr, 0, "", Hold, txtPTR},
+    {txtdata, "txtdata", 0xFF, kByteTooLarge, 0, nullptr, 0, "0", Hold, txtdata},
 }};
 
 constexpr bool inIdOrder() {

@@ -1,5 +1,5 @@
 #pragma once
-// The entry fields of the console and the front panel: what each accepts, the words of
+// The entry fields of the console, the front panel and the sensor page: what each accepts, the words of
 // its refusals, the register it writes, its start text, and what follows a good entry.
 
 #include "levels/Ranges.h"
@@ -20,6 +20,8 @@ inline constexpr const char* kSevenBitTooLarge =
     "Number too large. Please reenter code between 0 and x7F.";
 inline constexpr const char* kWordTooLarge =
     "Number too large. Please reenter code between 0 and xFFFFFF.";
+inline constexpr const char* kByteTooLarge =
+    "Number too large. Please reenter code between 0 and FF.";
 
 // What a good entry does once its value has passed.
 enum class FurtherStep {
@@ -32,6 +34,7 @@ enum class FurtherStep {
     SendWord,     // Text1: the value is the whole word, sent as it is
     FrontOffset,  // frmMain OFFSETx1: DAClast to txtWrite and out, text copied to the
                   // console's OFFSETx1(0), then UpdateOutputLimits
+    Hold,         // nothing is sent: the box holds the value for the buttons that read it
 };
 
 // The hexadecimal entry fields. The CPL and CPH boxes are arrays whose index (0..7) is
@@ -60,8 +63,11 @@ enum class HexFieldId {
     txtRCLKDiv,
     Text1,
     frmMain_OFFSETx1, // OFFSETx1 of frmMain
+    txtAddrPtr,       // the temperature sensor's pointer to read
+    txtPTR,           // its pointer to write
+    txtdata,          // the byte to write
 };
-inline constexpr int kHexFieldCount = static_cast<int>(HexFieldId::frmMain_OFFSETx1) + 1;
+inline constexpr int kHexFieldCount = static_cast<int>(HexFieldId::txtdata) + 1;
 
 struct HexField {
     HexFieldId id;

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <vector>
+
 namespace wire = qz::wire;
 using qz::status::UnexpectedEndpointError;
 using Ints = std::vector<int>;
@@ -67,12 +70,26 @@ TEST_F(VirtualBoardTest, SwitchAndSensorAnswerTheirRequestsAndOthersStall) {
     EXPECT_EQ(send(wire::kSwitchChannel, 4), UnexpectedEndpointError);
     EXPECT_EQ(board.pins().switchChannel, 3);
     // The sensor by pointer: local and external temperature, status, external fraction are
-    // its own readings; the other registers keep what is written.
+    // its own readings; the other registers keep what is written. With no point of the die
+    // on GPO the external channel reads the room; after it the status is busy twice.
     EXPECT_EQ(Ints({usb.WriteI2C(0x5A, 9), usb.WriteI2C(99, 0), usb.WriteI2C(1, 300)}),
               Ints({0, 0, UnexpectedEndpointError}));
-    EXPECT_EQ(Ints({usb.ReadI2C(0), usb.ReadI2C(1), usb.ReadI2C(2), usb.ReadI2C(16)}),
-              Ints({26, 41, 0, 0x40}));
+    EXPECT_EQ(Ints({usb.ReadI2C(0), usb.ReadI2C(1), usb.ReadI2C(2), usb.ReadI2C(2), usb.ReadI2C(2),
+                    usb.ReadI2C(16)}),
+              Ints({26, 26, 0x80, 0x80, 0, 0}));
     EXPECT_EQ(usb.ReadI2C(9), 0x5A);
+    // The force amplifier's first PNP point runs warmer than the cool block's first, and
+    // the readings wander by quarters from one to the next.
+    const auto external = [this] { return usb.ReadI2C(1) * 4 + (usb.ReadI2C(16) >> 6); };
+    usb.WriteSPIWord(0x070400);
+    const int cool = external();
+    usb.WriteSPIWord(0x070800);
+    std::vector<int> warm;
+    for (int i = 0; i < 8; ++i) warm.push_back(external());
+    EXPECT_GE(warm[0] - cool, 12) << "three degrees at the least";
+    const auto [low, high] = std::minmax_element(warm.begin(), warm.end());
+    EXPECT_GT(*high, *low) << "the readings move";
+    EXPECT_LE(*high - *low, 8) << "by two degrees at the most";
     for (int req : {220, 222, 223, 225, 231, 237, 0, -5, wire::kAdcRead})
         EXPECT_EQ(send(req), UnexpectedEndpointError) << req;
 }
