@@ -39,9 +39,11 @@ void placeTicks(QCategoryAxis* axis, double lo, double hi, double least) {
 }
 } // namespace
 
-StripChart::StripChart(const QString& name, QWidget* parent) : QChartView(parent) {
+// The view takes the chart at once: a view made without one makes a chart of its own, which
+// a later setChart lets go of unowned.
+StripChart::StripChart(const QString& name, QWidget* parent) : QChartView(new QChart, parent) {
     setObjectName(name);
-    auto* c = new QChart;
+    QChart* c = chart();
     c->legend()->hide();
     c->setAnimationOptions(QChart::NoAnimation);
     c->setBackgroundRoundness(0);
@@ -56,7 +58,6 @@ StripChart::StripChart(const QString& name, QWidget* parent) : QChartView(parent
     c->addAxis(yAxis_, Qt::AlignLeft);
     series_->attachAxis(xAxis_);
     series_->attachAxis(yAxis_);
-    setChart(c);
     // Tens of thousands of points: a plain one-pixel line draws them fastest.
     setRenderHint(QPainter::Antialiasing, false);
     setFocusPolicy(Qt::ClickFocus);
