@@ -4,13 +4,18 @@
 
 #include "board/VirtualBoard.h"
 #include "console/frmMAINQZ7740.h"
+#include "forms/Controls.h"
+#include "diagnostics/frmDIAG.h"
 #include "forms/MessageBox.h"
 #include "forms/Navigator.h"
+#include "forms/StripChart.h"
 #include "forms/TabControl.h"
+#include "measure/frmMeasure.h"
 #include "registers/Session.h"
 #include "shell/Panels.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QPixmap>
 
@@ -56,6 +61,24 @@ int main(int argc, char** argv) {
     if (QWidget* comp = nav.show(forms::Form::frmCompensation)) {
         auto* pages = dynamic_cast<forms::TabControl*>(comp->findChild<QWidget*>(QStringLiteral("SSTab1")));
         if (pages) shootTabs(comp, pages, dir, QStringLiteral("compensation"));
+    }
+    if (auto* measure = static_cast<frmMeasure*>(nav.show(forms::Form::frmMeasure))) {
+        // After a run of each kind in range 2.5mA, whose output follows the sweep into the
+        // board's load; each cursor on a point.
+        forms::setListIndex(measure->cboSweepI, 3);
+        measure->cmdPlotit_Click();
+        measure->Strip2->moveCursor(11);
+        measure->cmdPlot_Click();
+        measure->Strip1->moveCursor(4);
+        shootTabs(measure, measure->SSTab1, dir, QStringLiteral("measure"));
+    }
+    if (auto* diag = static_cast<frmDIAG*>(nav.show(forms::Form::frmDIAG))) {
+        // A temperature run on a clock that moves only when waited on, and a point read back.
+        qz::SteppedClock clock;
+        diag->useClock(clock);
+        diag->cmdPLOTTEMP_Click();
+        diag->Strip1->moveCursor(400);
+        shootTabs(diag, diag->SSTab2, dir, QStringLiteral("diagnostics"));
     }
     return 0;
 }
