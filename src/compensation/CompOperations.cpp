@@ -24,12 +24,12 @@
 
 void frmCompensation::wire() {
     for (int i = 0; i < 2; ++i)
-        forms::onClick(Option2[static_cast<size_t>(i)], [this, i] { Option2_Click(i); });
+        forms::onClick(autoComp.Option2[static_cast<size_t>(i)], [this, i] { Option2_Click(i); });
     for (int k = 0; k < 7; ++k)
         forms::onClick(Option1[static_cast<size_t>(k)], [this, k] { Option1_Click(k); });
     const std::pair<QComboBox*, void (frmCompensation::*)()> lists[] = {
-        {cboRC, &frmCompensation::cboRC_Click},
-        {cboCR, &frmCompensation::cboCR_Click},
+        {autoComp.cboRC, &frmCompensation::cboRC_Click},
+        {autoComp.cboCR, &frmCompensation::cboCR_Click},
         {cboRZ, &frmCompensation::cboRZ_Click},
         {cboRp, &frmCompensation::cboRp_Click},
         {cboGM, &frmCompensation::cboGM_Click}};
@@ -86,8 +86,7 @@ void frmCompensation::showWord(int32_t word) {
 }
 
 void frmCompensation::setAutoListsEnabled(bool enabled) {
-    for (QWidget* w : std::initializer_list<QWidget*>{cboRC, cboCR, Label9, Label10, Label11})
-        w->setEnabled(enabled);
+    autoComp.enableLists(enabled);
 }
 
 void frmCompensation::Option2_Click(int index) {
@@ -98,10 +97,10 @@ void frmCompensation::Option2_Click(int index) {
 }
 
 void frmCompensation::cboRC_Click() {
-    select(qz::kcboRC, cboRC->currentIndex());
+    select(qz::kcboRC, autoComp.cboRC->currentIndex());
 }
 void frmCompensation::cboCR_Click() {
-    select(qz::kcboCR, cboCR->currentIndex());
+    select(qz::kcboCR, autoComp.cboCR->currentIndex());
 }
 void frmCompensation::cboRZ_Click() {
     select(qz::kcboRZ, cboRZ->currentIndex());

@@ -74,36 +74,20 @@ QWidget* frmCompensation::buildRegister1Page() {
     auto* frames = new QHBoxLayout;
     QGroupBox* mode = forms::makeFrame(QStringLiteral("COMPENSATION MODE"), p);
     auto* mv = new QVBoxLayout(mode);
-    for (int i = 0; i < 2; ++i) {
-        Option2[static_cast<size_t>(i)] = forms::makeOption(
-            forms::member("Option2", i), QString::fromLatin1(qz::kModeItems[i].text), mode);
-        mv->addWidget(Option2[static_cast<size_t>(i)]);
-    }
-    Option2[0]->setChecked(true);
+    QGroupBox* lists = forms::makeFrame(QStringLiteral("AUTO COMPENSATION"), p);
+    autoComp = forms::makeAutoComp(mode, lists);
+    for (QRadioButton* option : autoComp.Option2) mv->addWidget(option);
     mv->addStretch(1);
     frames->addWidget(mode);
 
-    QGroupBox* autoComp = forms::makeFrame(QStringLiteral("AUTO COMPENSATION"), p);
-    auto* g = new QGridLayout(autoComp);
-    cboRC = makeList(QStringLiteral("cboRC"), itemsOf(qz::kEsrItems), QStringLiteral("Choose ESR"),
-                     autoComp);
-    cboCR = makeList(QStringLiteral("cboCR"), itemsOf(qz::kCdutItems),
-                     QStringLiteral("Choose Load Capacitance, CR"), autoComp);
-    Label11 = makeLabel(QStringLiteral("Label11"), QStringLiteral("m"), autoComp);
-    Label10 = makeLabel(QStringLiteral("Label10"), QStringLiteral("\u03A9"), autoComp);
-    Label9 = makeLabel(QStringLiteral("Label9"), QStringLiteral("uF"), autoComp);
-    auto* milliohm = new QHBoxLayout;
-    milliohm->setSpacing(0);
-    milliohm->addWidget(Label11);
-    milliohm->addWidget(Label10);
-    milliohm->addStretch(1);
-    g->addWidget(makeCaption("ESR", autoComp), 0, 0);
-    g->addWidget(cboRC, 0, 1);
-    g->addLayout(milliohm, 0, 2);
-    g->addWidget(makeCaption("LOAD CAPACITANCE", autoComp), 1, 0);
-    g->addWidget(cboCR, 1, 1);
-    g->addWidget(Label9, 1, 2);
-    frames->addWidget(autoComp);
+    auto* g = new QGridLayout(lists);
+    g->addWidget(makeCaption("ESR", lists), 0, 0);
+    g->addWidget(autoComp.cboRC, 0, 1);
+    g->addLayout(autoComp.milliohm, 0, 2);
+    g->addWidget(makeCaption("LOAD CAPACITANCE", lists), 1, 0);
+    g->addWidget(autoComp.cboCR, 1, 1);
+    g->addWidget(autoComp.Label9, 1, 2);
+    frames->addWidget(lists);
     frames->addStretch(1);
     v->addLayout(frames);
     v->addWidget(new CompLoad(p), 0, Qt::AlignLeft);
@@ -174,12 +158,8 @@ QWidget* frmCompensation::buildWordBar() {
     auto* bar = new QWidget(this);
     auto* g = new QGridLayout(bar);
     g->setContentsMargins(0, 0, 0, 0);
-    Text1 = forms::makeOutBox(QStringLiteral("Text1"), bar);
-    lblREADSPI = forms::makeOutBox(QStringLiteral("lblREADSPI"), bar);
-    g->addWidget(makeCaption("WRITE", bar), 0, 0);
-    g->addWidget(Text1, 1, 0);
-    g->addWidget(makeCaption("READ", bar), 0, 1);
-    g->addWidget(lblREADSPI, 1, 1);
+    Text1 = forms::addCaptionedBox(g, 0, 0, "WRITE", QStringLiteral("Text1"));
+    lblREADSPI = forms::addCaptionedBox(g, 0, 1, "READ", QStringLiteral("lblREADSPI"));
     cmdRESET = makeButton(QStringLiteral("cmdRESET"), QStringLiteral("RESET QZ7740"), bar);
     cmdEXIT = makeButton(QStringLiteral("cmdEXIT"), QStringLiteral("EXIT"), bar);
     g->addWidget(cmdRESET, 1, 3);

@@ -4,6 +4,7 @@
 // selection changes only the shadow word and the word box: nothing reaches the chip until
 // a LOAD button.
 
+#include "forms/AutoComp.h"
 #include "forms/Panel.h"
 
 #include <array>
@@ -54,12 +55,7 @@ public:
     QPushButton* cmdEXIT;
 
     forms::BitRow* txtCP1;
-    std::array<QRadioButton*, 2> Option2{};
-    QComboBox* cboRC;
-    QComboBox* cboCR;
-    QLabel* Label11; // "m"
-    QLabel* Label10; // the Ohm sign
-    QLabel* Label9;  // "uF"
+    forms::AutoCompControls autoComp; // Option2, cboRC, cboCR and their units
     QPushButton* cmdWriteCOMP1;
     QPushButton* cmdREADC1;
 

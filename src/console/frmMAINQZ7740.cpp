@@ -69,14 +69,11 @@ QWidget* frmMAINQZ7740::buildWordBar() {
     auto* wordBox = new QWidget(bar);
     auto* words = new QGridLayout(wordBox);
     words->setContentsMargins(0, 0, 0, 0);
-    words->addWidget(forms::makeCaption("WRITE", bar), 0, 0);
-    Text1 = forms::makeHexBox(QStringLiteral("Text1"), QString(), 8, bar);
-    words->addWidget(Text1, 1, 0);
-    words->addWidget(forms::makeCaption("READ", bar), 0, 1);
-    lblREADSPI = forms::makeHexBox(QStringLiteral("lblREADSPI"), QString(), 8, bar);
-    lblREADSPI->setReadOnly(true);
+    // The word box takes typing here: any word can be sent by hand.
+    Text1 = forms::addCaptionedBox(words, 0, 0, "WRITE", QStringLiteral("Text1"));
+    Text1->setReadOnly(false);
+    lblREADSPI = forms::addCaptionedBox(words, 0, 1, "READ", QStringLiteral("lblREADSPI"));
     lblREADSPI->setFocusPolicy(Qt::NoFocus);
-    words->addWidget(lblREADSPI, 1, 1);
     cmdREADADC = makeButton(QStringLiteral("cmdREADADC"), QStringLiteral("READ ADC"), bar);
     words->addWidget(cmdREADADC, 1, 2);
     h->addWidget(wordBox, 0, Qt::AlignVCenter);

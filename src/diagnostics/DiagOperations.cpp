@@ -10,7 +10,7 @@
 #include "forms/MessageBox.h"
 #include "forms/StripChart.h"
 #include "forms/TabControl.h"
-#include "measure/RunPass.h"
+#include "forms/RunPass.h"
 #include "registers/BitMirror.h"
 #include "registers/Diagnostics.h"
 #include "registers/RegisterMap.h"

@@ -10,7 +10,7 @@
 #include "forms/Menus.h"
 #include "forms/ResultList.h"
 #include "forms/StripChart.h"
-#include "measure/RunPass.h"
+#include "forms/RunPass.h"
 #include "forms/TabControl.h"
 #include "registers/BitLabels.h"
 #include "registers/Diagnostics.h"
@@ -111,12 +111,8 @@ QWidget* frmDIAG::buildWordFrame() {
     frmwrite = makeFrame(QString(), this);
     frmwrite->setObjectName(QStringLiteral("frmwrite"));
     auto* g = new QGridLayout(frmwrite);
-    Text1 = forms::makeOutBox(QStringLiteral("Text1"), frmwrite);
-    lblREADSPI = forms::makeOutBox(QStringLiteral("lblREADSPI"), frmwrite);
-    g->addWidget(makeCaption("WRITE", frmwrite), 0, 0);
-    g->addWidget(Text1, 1, 0);
-    g->addWidget(makeCaption("READ", frmwrite), 0, 1);
-    g->addWidget(lblREADSPI, 1, 1);
+    Text1 = forms::addCaptionedBox(g, 0, 0, "WRITE", QStringLiteral("Text1"));
+    lblREADSPI = forms::addCaptionedBox(g, 0, 1, "READ", QStringLiteral("lblREADSPI"));
     return frmwrite;
 }
 

@@ -13,7 +13,7 @@
 #include "levels/Messages.h"
 #include "levels/NumberText.h"
 #include "levels/Numbers.h"
-#include "measure/RunPass.h"
+#include "forms/RunPass.h"
 #include "registers/HexText.h"
 
 #include <QCheckBox>

@@ -11,14 +11,6 @@
 #include <memory>
 #include <optional>
 
-class QGroupBox;
-
-namespace forms {
-class ResultList;
-class RunPass;
-class StripChart;
-} // namespace forms
-
 class frmDIAG : public forms::Panel {
 public:
     frmDIAG(qz::Session& session, forms::Navigator& navigator, QWidget* parent = nullptr);

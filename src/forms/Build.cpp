@@ -8,6 +8,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QEvent>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -129,6 +130,15 @@ QLineEdit* makeOutBox(const QString& name, QWidget* parent, int chars) {
 }
 
 QGroupBox* makeFrame(const QString& title, QWidget* parent) { return new QGroupBox(title, parent); }
+
+QLineEdit* addCaptionedBox(QGridLayout* grid, int row, int column, const char* caption,
+                           const QString& name, int chars) {
+    QWidget* parent = grid->parentWidget();
+    grid->addWidget(makeCaption(caption, parent), row, column);
+    QLineEdit* box = makeOutBox(name, parent, chars);
+    grid->addWidget(box, row + 1, column);
+    return box;
+}
 
 QLabel* makeCaption(const char* text, QWidget* parent) {
     return new QLabel(QString::fromUtf8(text), parent);

@@ -13,6 +13,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QGridLayout;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -54,6 +55,9 @@ QLineEdit* makeEntryBox(const qz::HexField& field, QWidget* parent, int member =
 // An entry box's look with no typing: it shows a code.
 QLineEdit* makeOutBox(const QString& name, QWidget* parent, int chars = 8);
 QGroupBox* makeFrame(const QString& title, QWidget* parent);
+// An output box under its caption, in one column of a grid (the WRITE and READ words).
+QLineEdit* addCaptionedBox(QGridLayout* grid, int row, int column, const char* caption,
+                           const QString& name, int chars = 8);
 
 // Fixed texts of a panel: a caption, a bold heading, a note that wraps.
 QLabel* makeCaption(const char* text, QWidget* parent);

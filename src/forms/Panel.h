@@ -10,6 +10,7 @@
 // The widgets the panels hold, declared once for their headers.
 class QCheckBox;
 class QComboBox;
+class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -19,6 +20,9 @@ namespace forms {
 
 class BitRow;
 class Lamp;
+class ResultList;
+class RunPass;
+class StripChart;
 class TabControl;
 
 class Panel : public QMainWindow {

@@ -20,9 +20,9 @@ using forms::Form;
 // first click of a mode, and until then a list writes its field with SAFEMODE 0.
 void frmMain::wireCompensation() {
     for (int i = 0; i < 2; ++i)
-        forms::onClick(Option2[static_cast<size_t>(i)], [this, i] { Option2_Click(i); });
-    forms::onClick(cboRC, [this] { cboRC_Click(); });
-    forms::onClick(cboCR, [this] { cboCR_Click(); });
+        forms::onClick(autoComp.Option2[static_cast<size_t>(i)], [this, i] { Option2_Click(i); });
+    forms::onClick(autoComp.cboRC, [this] { cboRC_Click(); });
+    forms::onClick(autoComp.cboCR, [this] { cboCR_Click(); });
     cmdManualComp->setEnabled(nav.has(Form::frmCompensation));
     connect(cmdManualComp, &QPushButton::clicked, this, [this] { cmdManualComp_Click(); });
 }
@@ -36,16 +36,15 @@ void frmMain::compSelect(const qz::CompSelection& s, int item) {
 
 void frmMain::Option2_Click(int index) {
     if (session.general.entryBusy) return;
-    for (QWidget* w : std::initializer_list<QWidget*>{cboRC, cboCR, Label9, Label10, Label11})
-        w->setEnabled(index == 1);
+    autoComp.enableLists(index == 1);
     compSelect(qz::kOption2, index);
 }
 
 void frmMain::cboRC_Click() {
-    compSelect(qz::kcboRC, cboRC->currentIndex());
+    compSelect(qz::kcboRC, autoComp.cboRC->currentIndex());
 }
 void frmMain::cboCR_Click() {
-    compSelect(qz::kcboCR, cboCR->currentIndex());
+    compSelect(qz::kcboCR, autoComp.cboCR->currentIndex());
 }
 
 void frmMain::cmdManualComp_Click() {

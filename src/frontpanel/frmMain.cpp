@@ -235,29 +235,12 @@ QWidget* frmMain::buildAlarmFrame() {
 QWidget* frmMain::buildCompensationFrame() {
     QGroupBox* frame = makeFrame(QStringLiteral("COMPENSATION"), this);
     auto* g = new QGridLayout(frame);
-    for (int i = 0; i < 2; ++i) {
-        Option2[static_cast<size_t>(i)] = forms::makeOption(
-            forms::member("Option2", i), QString::fromLatin1(qz::kModeItems[i].text), frame);
-        g->addWidget(Option2[static_cast<size_t>(i)], i, 0, 1, 2);
-    }
-    Option2[0]->setChecked(true);
-    cboRC = makeList(QStringLiteral("cboRC"), forms::itemsOf(qz::kEsrItems, &qz::CompItem::text),
-                     QStringLiteral("Choose ESR"), frame);
-    cboCR = makeList(QStringLiteral("cboCR"), forms::itemsOf(qz::kCdutItems, &qz::CompItem::text),
-                     QStringLiteral("Choose Load Capacitance, CR"), frame);
-    // The milliohm unit: "m" and the Ohm sign, set close as one word.
-    Label11 = forms::makeLabel(QStringLiteral("Label11"), QStringLiteral("m"), frame);
-    Label10 = forms::makeLabel(QStringLiteral("Label10"), QStringLiteral("\u03A9"), frame);
-    Label9 = forms::makeLabel(QStringLiteral("Label9"), QStringLiteral("uF"), frame);
-    auto* milliohm = new QHBoxLayout;
-    milliohm->setSpacing(0);
-    milliohm->addWidget(Label11);
-    milliohm->addWidget(Label10);
-    milliohm->addStretch(1);
-    g->addWidget(cboRC, 2, 0);
-    g->addLayout(milliohm, 2, 1);
-    g->addWidget(cboCR, 3, 0);
-    g->addWidget(Label9, 3, 1);
+    autoComp = forms::makeAutoComp(frame, frame);
+    for (int i = 0; i < 2; ++i) g->addWidget(autoComp.Option2[static_cast<size_t>(i)], i, 0, 1, 2);
+    g->addWidget(autoComp.cboRC, 2, 0);
+    g->addLayout(autoComp.milliohm, 2, 1);
+    g->addWidget(autoComp.cboCR, 3, 0);
+    g->addWidget(autoComp.Label9, 3, 1);
     cmdManualComp = makeButton(QStringLiteral("cmdManualComp"), QStringLiteral("GO TO MANUAL COMP"), frame);
     g->addWidget(cmdManualComp, 4, 0, 1, 2, Qt::AlignLeft);
     g->setColumnStretch(1, 1);
@@ -268,12 +251,8 @@ QWidget* frmMain::buildWordBar() {
     auto* bar = new QWidget(this);
     auto* g = new QGridLayout(bar);
     g->setContentsMargins(0, 0, 0, 0);
-    txtWrite = forms::makeOutBox(QStringLiteral("txtWrite"), bar);
-    txtRead = forms::makeOutBox(QStringLiteral("txtRead"), bar);
-    g->addWidget(makeCaption("Write", bar), 0, 0);
-    g->addWidget(txtWrite, 1, 0);
-    g->addWidget(makeCaption("Read", bar), 0, 1);
-    g->addWidget(txtRead, 1, 1);
+    txtWrite = forms::addCaptionedBox(g, 0, 0, "Write", QStringLiteral("txtWrite"));
+    txtRead = forms::addCaptionedBox(g, 0, 1, "Read", QStringLiteral("txtRead"));
 
     auto* reads = new QHBoxLayout;
     readSYS = makeButton(QStringLiteral("readSYS"), QStringLiteral("READ SYS CONTR REG"), bar);

@@ -4,22 +4,13 @@
 // once; the alarms; the ways to the other panels. Its lists and check boxes have twins of
 // the same name on the console, and the two stay equal.
 
+#include "forms/AutoComp.h"
 #include "forms/Panel.h"
 
 #include <array>
 #include <initializer_list>
 #include <optional>
 
-class QCheckBox;
-class QComboBox;
-class QLabel;
-class QLineEdit;
-class QPushButton;
-class QRadioButton;
-
-namespace forms {
-class Lamp;
-}
 namespace qz {
 struct CompSelection;
 }
@@ -120,12 +111,7 @@ public:
     QPushButton* cmdCLEAR;
 
     // "COMPENSATION"
-    std::array<QRadioButton*, 2> Option2{};
-    QComboBox* cboRC;
-    QComboBox* cboCR;
-    QLabel* Label11; // "m"
-    QLabel* Label10; // the Ohm sign
-    QLabel* Label9;  // "uF"
+    forms::AutoCompControls autoComp; // Option2, cboRC, cboCR and their units
     QPushButton* cmdManualComp;
 
     // Ways out.

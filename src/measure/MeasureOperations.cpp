@@ -13,7 +13,7 @@
 #include "forms/StripChart.h"
 #include "forms/TabControl.h"
 #include "levels/Reference.h"
-#include "measure/RunPass.h"
+#include "forms/RunPass.h"
 #include "registers/RegisterMap.h"
 
 #include <QAction>

@@ -8,7 +8,7 @@
 #include "forms/ResultList.h"
 #include "forms/StripChart.h"
 #include "levels/NumberText.h"
-#include "measure/RunPass.h"
+#include "forms/RunPass.h"
 #include "runs/ChartRules.h"
 #include "runs/Sweep.h"
 #include "runs/TimeRun.h"
@@ -59,23 +59,35 @@ void frmMeasure::finishRun() {
     nav.unload(form);
 }
 
+qz::Prepared frmMeasure::plotHead(bool sweep, forms::ResultList* list,
+                                  std::initializer_list<QLineEdit*> cleared) {
+    qz::General& g = session.general;
+    const qz::Prepared prepared = qz::PrepareMeasure(session);
+    measGain_ = prepared.measGain;
+    // The two runs take their lists in the other order.
+    if (sweep) {
+        cboSweepI_Click();
+        cboMeasureVI_Click();
+    } else {
+        cboMeasureVI_Click();
+        cboSweepI_Click();
+    }
+    // The chip takes the range and the MEASOUT source before the first point.
+    session.SPIout(g.sweepPMUreg);
+    g.IRangeIndex = 0;
+    list->clear();
+    for (QLineEdit* box : cleared)
+        box->clear();
+    cboSweepI_Click();
+    return prepared;
+}
+
 void frmMeasure::cmdPlot_Click() {
     if (run_->running()) return;
     forms::RunScope scope(*run_, [this] { finishRun(); });
     run_->begin(cmdStop, 0, {});
-    qz::General& g = session.general;
-    const qz::Prepared prepared = qz::PrepareMeasure(session);
-    measGain_ = prepared.measGain;
-    cboSweepI_Click();
-    cboMeasureVI_Click();
-    // The chip takes the range and the MEASOUT source before the first point.
-    session.SPIout(g.sweepPMUreg);
-    g.IRangeIndex = 0;
-    List1->clear();
-    for (QLineEdit* box : {Text2, Text3, txtmin, txtMax})
-        box->clear();
-    cboSweepI_Click();
-    const float Rsense = qz::kSenseRanges[g.IRangeIndex].rsense;
+    const qz::Prepared prepared = plotHead(true, List1, {Text2, Text3, txtmin, txtMax});
+    const float Rsense = qz::kSenseRanges[session.general.IRangeIndex].rsense;
     if (!SweepV(Rsense, prepared.offsetCode)) return;
     letEventsRun();
     for (forms::StripChart* chart : {Strip1, Strip2}) {
@@ -149,18 +161,8 @@ void frmMeasure::cmdPlotit_Click() {
     if (run_->running()) return;
     forms::RunScope scope(*run_, [this] { finishRun(); });
     run_->begin(cmdStopit, 0, {});
-    qz::General& g = session.general;
-    const qz::Prepared prepared = qz::PrepareMeasure(session);
-    measGain_ = prepared.measGain;
-    cboMeasureVI_Click();
-    cboSweepI_Click();
-    session.SPIout(g.sweepPMUreg);
-    g.IRangeIndex = 0;
-    List2->clear();
-    for (QLineEdit* box : {txtX, txtY, txtmin1, txtmax1, txtdiff})
-        box->clear();
-    cboSweepI_Click();
-    const float Rsense = qz::kSenseRanges[g.IRangeIndex].rsense;
+    const qz::Prepared prepared = plotHead(false, List2, {txtX, txtY, txtmin1, txtmax1, txtdiff});
+    const float Rsense = qz::kSenseRanges[session.general.IRangeIndex].rsense;
     if (!SweepandMeasure(Rsense, prepared.offsetCode)) return;
     letEventsRun();
     Strip2->setCursorMode(2);

@@ -10,7 +10,7 @@
 #include "forms/StripChart.h"
 #include "forms/TabControl.h"
 #include "levels/Ranges.h"
-#include "measure/RunPass.h"
+#include "forms/RunPass.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -74,14 +74,6 @@ void addRow(QGridLayout* g, int row, const char* caption, std::initializer_list<
 }
 
 // A link-like button: the help labels and their "Close X".
-QPushButton* linkButton(const char* name, const char* caption, QWidget* parent) {
-    QPushButton* b = makeButton(QString::fromLatin1(name), QString::fromLatin1(caption), parent);
-    b->setFlat(true);
-    b->setCursor(Qt::PointingHandCursor);
-    b->setStyleSheet(QStringLiteral(
-        "QPushButton { color: #1a4fa0; text-decoration: underline; border: none; }"));
-    return b;
-}
 
 } // namespace
 
@@ -173,12 +165,8 @@ QWidget* frmMeasure::buildSide() {
 
     auto* words = namedFrame(nullptr, "", side);
     auto* wg = new QGridLayout(words);
-    lblREADSPI = forms::makeOutBox(QStringLiteral("lblREADSPI"), words, 6);
-    Text1 = forms::makeOutBox(QStringLiteral("Text1"), words, 6);
-    wg->addWidget(makeCaption("READ", words), 0, 0);
-    wg->addWidget(lblREADSPI, 1, 0);
-    wg->addWidget(makeCaption("WRITE", words), 0, 1);
-    wg->addWidget(Text1, 1, 1);
+    lblREADSPI = forms::addCaptionedBox(wg, 0, 0, "READ", QStringLiteral("lblREADSPI"), 6);
+    Text1 = forms::addCaptionedBox(wg, 0, 1, "WRITE", QStringLiteral("Text1"), 6);
     v->addWidget(words);
     v->addStretch(1);
 
@@ -200,7 +188,7 @@ QWidget* frmMeasure::buildHelp(const QString& name, const char* text, QPushButto
     auto* top = new QHBoxLayout;
     top->addWidget(forms::makeHead("HELP!?", help));
     top->addStretch(1);
-    close = linkButton(name == QLatin1String("FrmHELP") ? "Label30" : "Label17", "Close X", help);
+    close = forms::makeLink(QString::fromLatin1(name == QLatin1String("FrmHELP") ? "Label30" : "Label17"), QStringLiteral("Close X"), help);
     top->addWidget(close);
     v->addLayout(top);
     v->addWidget(forms::makeNote(text, help));
@@ -262,7 +250,7 @@ QWidget* frmMeasure::buildSweepTab() {
     auto* right = new QVBoxLayout;
     cmdCOPYTOCLIP =
         makeButton(QStringLiteral("cmdCOPYTOCLIP"), QStringLiteral("COPY DATA TO CLIPBOARD"), page);
-    Label16 = linkButton("Label16", "HELP!?", page);
+    Label16 = forms::makeLink(QString::fromLatin1("Label16"), QStringLiteral("HELP!?"), page);
     right->addWidget(cmdCOPYTOCLIP);
     right->addWidget(Label16, 0, Qt::AlignLeft);
     right->addStretch(1);
@@ -329,7 +317,7 @@ QWidget* frmMeasure::buildTimeTab() {
 
     auto* right = new QVBoxLayout;
     cmdCopy = makeButton(QStringLiteral("cmdCopy"), QStringLiteral("COPY DATA TO CLIPBOARD"), page);
-    Label29 = linkButton("Label29", "HELP!?", page);
+    Label29 = forms::makeLink(QString::fromLatin1("Label29"), QStringLiteral("HELP!?"), page);
     right->addWidget(cmdCopy);
     right->addWidget(Label29, 0, Qt::AlignLeft);
     right->addStretch(1);

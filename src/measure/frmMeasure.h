@@ -9,21 +9,8 @@
 #include "runs/Stimuli.h"
 
 #include <array>
+#include <initializer_list>
 #include <memory>
-
-class QCheckBox;
-class QComboBox;
-class QGroupBox;
-class QLineEdit;
-class QPushButton;
-class QRadioButton;
-
-namespace forms {
-class ResultList;
-class RunPass;
-class StripChart;
-class TabControl;
-} // namespace forms
 
 namespace qz {
 struct ChartBounds;
@@ -160,6 +147,9 @@ class frmMeasure : public forms::Panel {
     void closeEvent(QCloseEvent* event) override;
 
   private:
+    // The head of both PLOT buttons: the chip's gain and OFFSET, the lists' words out, the
+    // run's list and fields emptied; gives what the head read of the chip.
+    qz::Prepared plotHead(bool sweep, forms::ResultList* list, std::initializer_list<QLineEdit*> cleared);
     QWidget* buildSide();
     QWidget* buildSweepTab();
     QWidget* buildTimeTab();

@@ -120,8 +120,8 @@ TEST_F(Comp, EachSelectionMasksItsShadowAndOnlyTheLoadSendsIt) {
 TEST_F(Comp, EveryItemSetsItsIndexAsTheField) {
     // The lists' fields stand at their list index; option k of the CF rows sets k + 1.
     const std::tuple<QComboBox*, int, int32_t*, int32_t, int32_t> lists[] = {
-        {c->cboRC, 16, &g.COMP1reg, 0x040000, 0x100},
-        {c->cboCR, 16, &g.COMP1reg, 0x040000, 0x1000},
+        {c->autoComp.cboRC, 16, &g.COMP1reg, 0x040000, 0x100},
+        {c->autoComp.cboCR, 16, &g.COMP1reg, 0x040000, 0x1000},
         {c->cboRp, 8, &g.COMP2reg, 0x050000, 0x200},
         {c->cboRZ, 8, &g.COMP2reg, 0x050000, 0x1000},
         {c->cboGM, 4, &g.COMP2reg, 0x050000, 0x80}};
@@ -138,9 +138,9 @@ TEST_F(Comp, EveryItemSetsItsIndexAsTheField) {
         clickBox(c->Option1[static_cast<size_t>(k)]);
         EXPECT_EQ(g.COMP2reg, 0x050000 + (k + 1) * 0x10) << k;
     }
-    EXPECT_EQ(c->cboRC->itemText(9), QStringLiteral("140 to 250 "));
-    EXPECT_EQ(c->cboRC->itemText(15), QStringLiteral("64000 to 10000"));
-    EXPECT_EQ(c->cboCR->itemText(6), QStringLiteral("630nF to 1.1uF"));
+    EXPECT_EQ(c->autoComp.cboRC->itemText(9), QStringLiteral("140 to 250 "));
+    EXPECT_EQ(c->autoComp.cboRC->itemText(15), QStringLiteral("64000 to 10000"));
+    EXPECT_EQ(c->autoComp.cboCR->itemText(6), QStringLiteral("630nF to 1.1uF"));
     EXPECT_EQ(c->cboRp->itemText(2), QStringLiteral("Rp = 2280, Fp = 8.7MHzk"));
     EXPECT_EQ(c->cboRp->itemText(7), QStringLiteral("Rz = 1M, Fz = 20KHz"));
     EXPECT_EQ(c->cboRZ->itemText(0), QStringLiteral("Rz = 500, Fz = 3.2M"));
@@ -186,19 +186,19 @@ TEST_F(Comp, ListsWithoutAnItemAndRepeatedModeClicks) {
     EXPECT_EQ(g.COMP2reg, 0x058FFE) << "the field stays cleared";
     EXPECT_EQ(c->Text1->text(), QStringLiteral("058FFE"));
     g.COMP1reg = 0x04FFFF;
-    forms::click(c->cboCR);
+    forms::click(c->autoComp.cboCR);
     EXPECT_EQ(g.COMP1reg, 0x040F80);
 
     choose("Option2(1)");
     choose("Option2(1)");
     EXPECT_EQ(g.COMP1reg, 0x040F80);
-    EXPECT_TRUE(c->cboRC->isEnabled() && c->Label11->isEnabled() && c->Label10->isEnabled());
+    EXPECT_TRUE(c->autoComp.cboRC->isEnabled() && c->autoComp.Label11->isEnabled() && c->autoComp.Label10->isEnabled());
     EXPECT_EQ(c->txtCP1->box(7)->text(), QStringLiteral("1"));
-    pick(c->cboRC, 4);
+    pick(c->autoComp.cboRC, 4);
     choose("Option2(0)");
     EXPECT_EQ(g.COMP1reg, 0x040400) << "safe mode keeps the fields";
-    EXPECT_FALSE(c->cboRC->isEnabled() || c->cboCR->isEnabled() || c->Label9->isEnabled());
-    EXPECT_EQ(c->cboRC->currentText(), QStringLiteral("6.3 to 12"));
+    EXPECT_FALSE(c->autoComp.cboRC->isEnabled() || c->autoComp.cboCR->isEnabled() || c->autoComp.Label9->isEnabled());
+    EXPECT_EQ(c->autoComp.cboRC->currentText(), QStringLiteral("6.3 to 12"));
     EXPECT_EQ(c->txtCP1->box(7)->text(), QStringLiteral("0"));
     choose("chkManualMode", 1);
     EXPECT_EQ(c->txtCP2->box(15)->text(), QStringLiteral("1"));
@@ -213,7 +213,7 @@ TEST_F(Comp, LoadsAndReadsShowTheirWordsAndMirrors) {
     EXPECT_EQ(c->Text1->text(), QStringLiteral("840000"));
     EXPECT_EQ(c->txtCP1->digits(), QStringLiteral("000001000000000000000000")) << "the chip's bits";
     EXPECT_EQ(g.COMP1reg, 0x040080);
-    EXPECT_TRUE(c->Option2[1]->isChecked());
+    EXPECT_TRUE(c->autoComp.Option2[1]->isChecked());
 
     press(c->cmdWriteCOMP1);
     EXPECT_EQ(sent(), std::vector<int>{0x040080});
@@ -245,8 +245,8 @@ TEST_F(Comp, LoadsAndReadsShowTheirWordsAndMirrors) {
 TEST_F(Comp, EachCreationLoadsTheBaseWordsAndAShowingOfTheLoadedPanelKeepsThem) {
     EXPECT_EQ(c->windowTitle(), QStringLiteral("QZ7740 COMPENSATION REGISTERS [virtual board]"));
     EXPECT_EQ(c->SSTab1->tabButton(1)->text(), QStringLiteral("COMPENSATION REGISTER 2"));
-    EXPECT_FALSE(c->cboRC->isEnabled() || c->Label11->isEnabled() || c->Label9->isEnabled());
-    EXPECT_EQ(c->cboCR->currentText(), QStringLiteral("Choose Load Capacitance, CR"));
+    EXPECT_FALSE(c->autoComp.cboRC->isEnabled() || c->autoComp.Label11->isEnabled() || c->autoComp.Label9->isEnabled());
+    EXPECT_EQ(c->autoComp.cboCR->currentText(), QStringLiteral("Choose Load Capacitance, CR"));
     EXPECT_EQ(c->txtCP1->digits(), QString(24, QLatin1Char('0')));
     choose("Option2(1)");
     choose("cboRC", 3);
@@ -259,13 +259,13 @@ TEST_F(Comp, EachCreationLoadsTheBaseWordsAndAShowingOfTheLoadedPanelKeepsThem) 
 
     c->findChild<QAction*>(QStringLiteral("mnuClose"))->trigger();
     EXPECT_EQ(h.nav.loaded(Form::frmCompensation), nullptr);
-    pick(m->cboCR, 2);
+    pick(m->autoComp.cboCR, 2);
     EXPECT_EQ(sent(), std::vector<int>{0x042380});
     open();
     EXPECT_EQ(g.COMP1reg, 0x040000) << "the front panel's word is dropped too";
     EXPECT_EQ(g.COMP2reg, 0x050000);
-    EXPECT_TRUE(c->Option2[0]->isChecked());
-    EXPECT_FALSE(c->cboRC->isEnabled());
+    EXPECT_TRUE(c->autoComp.Option2[0]->isChecked());
+    EXPECT_FALSE(c->autoComp.cboRC->isEnabled());
     EXPECT_EQ(c->cboGM->currentIndex(), -1);
 
     choose("Option2(1)");

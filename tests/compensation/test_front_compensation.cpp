@@ -24,10 +24,10 @@ protected:
         Harness::activate(m);
     }
     bool listsEnabled() {
-        const bool all = m->cboRC->isEnabled() && m->cboCR->isEnabled() && m->Label9->isEnabled() &&
-                         m->Label10->isEnabled() && m->Label11->isEnabled();
-        const bool any = m->cboRC->isEnabled() || m->cboCR->isEnabled() || m->Label9->isEnabled() ||
-                         m->Label10->isEnabled() || m->Label11->isEnabled();
+        const bool all = m->autoComp.cboRC->isEnabled() && m->autoComp.cboCR->isEnabled() && m->autoComp.Label9->isEnabled() &&
+                         m->autoComp.Label10->isEnabled() && m->autoComp.Label11->isEnabled();
+        const bool any = m->autoComp.cboRC->isEnabled() || m->autoComp.cboCR->isEnabled() || m->autoComp.Label9->isEnabled() ||
+                         m->autoComp.Label10->isEnabled() || m->autoComp.Label11->isEnabled();
         EXPECT_EQ(all, any) << "the lists and their labels go together";
         return all;
     }
@@ -36,33 +36,33 @@ protected:
 } // namespace
 
 TEST_F(FrontComp, ModeEsrAndCapacitanceAreWrittenAtOnce) {
-    EXPECT_TRUE(m->Option2[0]->isChecked());
+    EXPECT_TRUE(m->autoComp.Option2[0]->isChecked());
     EXPECT_TRUE(listsEnabled()) << "enabled at start although safe mode is selected";
-    EXPECT_EQ(m->Label11->text() + m->Label10->text(), QStringLiteral("m\u03A9"));
-    EXPECT_EQ(m->cboCR->currentText(), QStringLiteral("Choose Load Capacitance, CR"));
+    EXPECT_EQ(m->autoComp.Label11->text() + m->autoComp.Label10->text(), QStringLiteral("m\u03A9"));
+    EXPECT_EQ(m->autoComp.cboCR->currentText(), QStringLiteral("Choose Load Capacitance, CR"));
 
-    pick(m->cboRC, 1);
+    pick(m->autoComp.cboRC, 1);
     EXPECT_EQ(sent(), std::vector<int>{0x040100}) << "before any mode click, with SAFEMODE 0";
     g.COMP1reg = 0x040000;
-    clickBox(m->Option2[1]);
+    clickBox(m->autoComp.Option2[1]);
     EXPECT_EQ(sent(), std::vector<int>{0x040080});
-    pick(m->cboRC, 3);
+    pick(m->autoComp.cboRC, 3);
     EXPECT_EQ(sent(), std::vector<int>{0x040380});
-    pick(m->cboCR, 2);
+    pick(m->autoComp.cboCR, 2);
     EXPECT_EQ(sent(), std::vector<int>{0x042380});
     EXPECT_EQ(m->txtWrite->text(), QStringLiteral("042380"));
-    clickBox(m->Option2[0]);
+    clickBox(m->autoComp.Option2[0]);
     EXPECT_EQ(sent(), std::vector<int>{0x042300});
     EXPECT_FALSE(listsEnabled());
-    clickBox(m->Option2[1]);
+    clickBox(m->autoComp.Option2[1]);
     EXPECT_TRUE(listsEnabled());
 }
 
 TEST_F(FrontComp, MasksOnAFullWordAndTheEntryGuard) {
-    const std::pair<QWidget*, int32_t> cases[] = {{m->cboRC, 0x04F080},
-                                                  {m->cboCR, 0x040F80},
-                                                  {m->Option2[0], 0x04FF00},
-                                                  {m->Option2[1], 0x04FF80}};
+    const std::pair<QWidget*, int32_t> cases[] = {{m->autoComp.cboRC, 0x04F080},
+                                                  {m->autoComp.cboCR, 0x040F80},
+                                                  {m->autoComp.Option2[0], 0x04FF00},
+                                                  {m->autoComp.Option2[1], 0x04FF80}};
     for (const auto& [control, word] : cases) {
         g.COMP1reg = 0x04FFFF;
         if (auto* list = qobject_cast<QComboBox*>(control))
@@ -73,15 +73,15 @@ TEST_F(FrontComp, MasksOnAFullWordAndTheEntryGuard) {
     }
     g.COMP1reg = 0x040000;
     g.entryBusy = true;
-    clickBox(m->Option2[0]);
+    clickBox(m->autoComp.Option2[0]);
     EXPECT_TRUE(sent().empty());
-    pick(m->cboCR, 15);
+    pick(m->autoComp.cboCR, 15);
     EXPECT_EQ(sent(), std::vector<int>{0x04F000}) << "the lists do not look at the guard";
     g.entryBusy = false;
 }
 
 TEST_F(FrontComp, ManualCompShowsPageOneAndLeavesAnExistingPanelsWords) {
-    pick(m->cboRC, 5);
+    pick(m->autoComp.cboRC, 5);
     EXPECT_EQ(sent(), std::vector<int>{0x040500});
     QTest::mouseClick(m->cmdManualComp, Qt::LeftButton);
     QWidget* c = h.nav.loaded(Form::frmCompensation);
@@ -95,7 +95,7 @@ TEST_F(FrontComp, ManualCompShowsPageOneAndLeavesAnExistingPanelsWords) {
     EXPECT_EQ(h.board->reg(0x04), 0x0500) << "while the chip keeps it";
     EXPECT_TRUE(sent().empty());
 
-    pick(m->cboCR, 1);
+    pick(m->autoComp.cboCR, 1);
     EXPECT_EQ(sent(), std::vector<int>{0x041000});
     EXPECT_TRUE(c->findChild<QLineEdit*>(QStringLiteral("Text1"))->text().isEmpty());
     EXPECT_EQ(c->findChild<QComboBox*>(QStringLiteral("cboCR"))->currentIndex(), -1);

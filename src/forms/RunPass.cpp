@@ -1,4 +1,4 @@
-#include "measure/RunPass.h"
+#include "forms/RunPass.h"
 
 #include <QCoreApplication>
 #include <QMainWindow>
