@@ -3,6 +3,7 @@
 #include "board/StatusCodes.h"
 #include "board/Wire.h"
 
+#include <chrono>
 #include <thread>
 
 namespace qz {
@@ -80,6 +81,16 @@ bool sensorReadOnly(int pointer) {
            pointer == kSensorFraction;
 }
 
+
+// A request that lasts exactly so long, as a USB transfer of fixed length would: a sleep
+// alone ends late by the scheduler's wake-up time, a tenth of a millisecond or more, so
+// the last stretch is spent yielding.
+void holdFor(std::chrono::nanoseconds latency) {
+    const auto end = std::chrono::steady_clock::now() + latency;
+    const auto wake = end - std::chrono::microseconds(150);
+    if (std::chrono::steady_clock::now() < wake) std::this_thread::sleep_until(wake);
+    while (std::chrono::steady_clock::now() < end) std::this_thread::yield();
+}
 } // namespace
 
 VirtualBoard::VirtualBoard(std::chrono::nanoseconds latency) : latency_(latency) {
@@ -144,7 +155,7 @@ int32_t VirtualBoard::Download_Firmware(int32_t handle, const uint8_t*) {
 int32_t VirtualBoard::Vendor_Request(int32_t handle, int32_t request, int32_t value,
                                      int32_t index, int32_t direction, int32_t length,
                                      uint8_t* buffer) {
-    if (latency_.count() > 0) std::this_thread::sleep_for(latency_);
+    if (latency_.count() > 0) holdFor(latency_);
     if (!connected_ || handle != kHandle) return status::NoDeviceConnected;
     if (!firmwareLoaded_) return status::NoFirmwarePresent;
     if (request == wire::kStartService && direction == 0 && length == 0) {

@@ -16,6 +16,7 @@
 #include "registers/Diagnostics.h"
 #include "registers/RegisterMap.h"
 
+#include <QAction>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -75,6 +76,11 @@ frmDIAG::frmDIAG(qz::Session& s, forms::Navigator& n, QWidget* parent)
         {Menu::View, "mnuComp", "Compensation Registers", MenuAction::Show, Form::frmCompensation},
         {Menu::Help, "menuAbout", "About", MenuAction::Show, Form::frmAbout},
     });
+    // "Close" is the frame's close, which waits for a temperature run to end.
+    if (auto* close = findChild<QAction*>(QStringLiteral("mnuClose"))) {
+        disconnect(close, &QAction::triggered, this, nullptr);
+        connect(close, &QAction::triggered, this, [this] { this->close(); });
+    }
 
     auto* central = new QWidget(this);
     auto* v = new QVBoxLayout(central);

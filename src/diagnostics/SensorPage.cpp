@@ -8,6 +8,7 @@
 #include "forms/Entry.h"
 #include "forms/MessageBox.h"
 #include "forms/ResultList.h"
+#include "forms/SaveData.h"
 #include "forms/StripChart.h"
 #include "levels/EntryField.h"
 #include "levels/Messages.h"
@@ -15,8 +16,10 @@
 #include "levels/Numbers.h"
 #include "forms/RunPass.h"
 #include "registers/HexText.h"
+#include "runs/SavedRun.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -27,6 +30,7 @@
 #include <QVBoxLayout>
 
 #include <cmath>
+#include <ctime>
 
 using forms::makeButton;
 using forms::makeCaption;
@@ -91,8 +95,7 @@ QWidget* frmDIAG::buildSensorPage() {
     runRow->addWidget(cmdPLOTTEMP);
     auto* delay = new QVBoxLayout;
     delay->addWidget(forms::makeLabel(QStringLiteral("Label10"), QStringLiteral("Input delay betw readings"), p));
-    cboDelay = forms::makeList(QStringLiteral("cboDelay"),
-                               {"100ms", "No Delay", "200ms", "300ms", "400ms", "500ms", "1000ms", "2000ms"},
+    cboDelay = forms::makeList(QStringLiteral("cboDelay"), forms::itemsOf(qz::kTempDelays, &qz::TempDelay::item),
                                QStringLiteral("100ms"), p);
     delay->addWidget(cboDelay);
     runRow->addLayout(delay);
@@ -122,7 +125,11 @@ QWidget* frmDIAG::buildSensorPage() {
     List2 = new forms::ResultList(QStringLiteral("List2"), p);
     listColumn->addWidget(List2, 1);
     cmdCopy = makeButton(QStringLiteral("cmdCopy"), QStringLiteral("COPY PLOT DATA TO CLIPBOARD"), p);
-    listColumn->addWidget(cmdCopy);
+    cmdSave = makeButton(QStringLiteral("cmdSave"), QStringLiteral("SAVE DATA..."), p);
+    auto* listButtons = new QHBoxLayout;
+    listButtons->addWidget(cmdCopy);
+    listButtons->addWidget(cmdSave);
+    listColumn->addLayout(listButtons);
     QGroupBox* xy = forms::makeFrame(QStringLiteral("PLOT XY Coordinates"), p);
     auto* xg = new QGridLayout(xy);
     txtX = labelled(xg, 0, 0, "X", "txtX", "", "seconds");
@@ -177,6 +184,7 @@ void frmDIAG::wireSensorPage() {
     connect(cmdwriteTempSensor, &QPushButton::clicked, this, [this] { cmdwriteTempSensor_Click(); });
     connect(cmdPLOTTEMP, &QPushButton::clicked, this, [this] { cmdPLOTTEMP_Click(); });
     connect(cmdCopy, &QPushButton::clicked, this, [this] { cmdCopy_Click(); });
+    connect(cmdSave, &QPushButton::clicked, this, [this] { cmdSave_Click(); });
     forms::onClick(cboDelay, [this] { cboDelay_Click(); });
     forms::onClick(Check1, [this] { Check1_Click(); });
     forms::onClick(Check2, [this] { Check2_Click(); });
@@ -184,7 +192,7 @@ void frmDIAG::wireSensorPage() {
     connect(Label29, &QPushButton::clicked, FrmHELP, &QWidget::show);
     connect(Label30, &QPushButton::clicked, FrmHELP, &QWidget::hide);
     // A run blocks what would start another or send into it; STOP stays live.
-    run_->block({cmdPLOTTEMP, cmdReadI2C, cmdREADTempSensor, cmdwriteTempSensor, cmdWRITEDIAGREG});
+    run_->block({cmdPLOTTEMP, cmdReadI2C, cmdREADTempSensor, cmdwriteTempSensor, cmdWRITEDIAGREG, cmdSave});
 }
 
 void frmDIAG::sensorEntry(QLineEdit* box) {
@@ -245,7 +253,7 @@ void frmDIAG::txtdata_Enter() { forms::pressEnter(txtdata); }
 void frmDIAG::cboDelay_Click() {
     const int i = cboDelay->currentIndex();
     if (i >= 0 && i < static_cast<int>(qz::kTempDelays.size()))
-        session.general.tempDelay = qz::kTempDelays[static_cast<size_t>(i)];
+        session.general.tempDelay = qz::kTempDelays[static_cast<size_t>(i)].seconds;
 }
 
 void frmDIAG::Check1_Click() {
@@ -275,7 +283,10 @@ void frmDIAG::cmdPLOTTEMP_Click() {
     Strip1->setYAxisMax(140);
     Strip1->setYAxisMin(25);
     const float delay = session.general.tempDelay;
-    run_->begin(nullptr, qz::kTempReadings, [this](const qz::RunProgress&) { List2->flush(); });
+    tempHeader_ = qz::headerLines(
+        "QZ7740 temperature readings",
+        qz::tempSettings({std::time(nullptr), session.usb.linkState()}, cboDelay->currentText().toStdString(), delay));
+    run_->begin(nullptr, qz::kTempReadings, *clock_, [this](const qz::RunProgress&) { List2->flush(); });
     const qz::RunContext ctx{session, *clock_,
                              [this](const qz::RunProgress& p) {
                                  run_->pass(p);
@@ -291,11 +302,14 @@ void frmDIAG::cmdPLOTTEMP_Click() {
     };
     tempCount = qz::runTemperatures(ctx, delay, tempStopped != 0, temps, show);
     List2->flush();
-    run_->pass({});
+    Strip1->flush();
+    QCoreApplication::processEvents();
     Strip1->setCursorMode(2);
 }
 
 void frmDIAG::cmdCopy_Click() { List2->copyToClipboard(); }
+
+void frmDIAG::cmdSave_Click() { forms::saveData(this, QStringLiteral("temperatures.txt"), tempHeader_, *List2); }
 
 void frmDIAG::Strip1_CursorMoved(double x) {
     // Outside the readings of the last run the boxes keep what they show.

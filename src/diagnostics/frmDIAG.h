@@ -10,6 +10,8 @@
 #include <array>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 class frmDIAG : public forms::Panel {
 public:
@@ -45,6 +47,7 @@ public:
     void Check1_Click();
     void Check2_Click();
     void cmdCopy_Click();
+    void cmdSave_Click();
     void Strip1_CursorMoved(double x);
 
     // The mirrors of this panel, on a copy of the word they are given.
@@ -92,6 +95,7 @@ public:
     forms::StripChart* Strip1;
     forms::ResultList* List2;
     QPushButton* cmdCopy;
+    QPushButton* cmdSave; // "SAVE DATA..."
     QLineEdit* txtX;
     QLineEdit* txtY;
     QPushButton* Label29;
@@ -116,6 +120,8 @@ private:
 
     qz::Clock* clock_;
     std::unique_ptr<forms::RunPass> run_;
+    // The "#" lines of List2's saved file: the settings of the run that filled it.
+    std::vector<std::string> tempHeader_;
 
     QWidget* buildWordFrame();
     QWidget* buildRegisterFrame();

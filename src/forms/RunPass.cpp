@@ -1,32 +1,41 @@
 #include "forms/RunPass.h"
 
+#include "runs/Progress.h"
+
 #include <QCoreApplication>
+#include <QLabel>
 #include <QMainWindow>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QStatusBar>
 
+#include <algorithm>
+
 namespace forms {
 
 namespace {
-// The fields of a run are shown anew this often; every point would cost more than the
-// point itself on the virtual board.
-constexpr qint64 kShowEveryMs = 50;
+// The fields of a run are shown anew this often, by the run's clock; every point would
+// cost more than the point itself on the virtual board.
+constexpr double kShowEvery = 0.05;
 } // namespace
 
-RunPass::RunPass(QMainWindow* panel) : panel_(panel), progress_(new QProgressBar(panel)) {
+RunPass::RunPass(QMainWindow* panel)
+    : panel_(panel), progress_(new QProgressBar(panel)), text_(new QLabel(panel)) {
     progress_->setObjectName(QStringLiteral("runProgress"));
-    progress_->setMaximumWidth(240);
-    progress_->setFormat(QStringLiteral("point %v of %m"));
+    progress_->setMaximumWidth(160);
+    progress_->setTextVisible(false);
     progress_->hide();
+    text_->setObjectName(QStringLiteral("runProgressText"));
+    text_->hide();
     panel->statusBar()->addWidget(progress_);
+    panel->statusBar()->addWidget(text_);
 }
 
 void RunPass::block(std::initializer_list<QWidget*> controls) {
     blocked_.insert(blocked_.end(), controls.begin(), controls.end());
 }
 
-void RunPass::begin(QPushButton* stop, int points,
+void RunPass::begin(QPushButton* stop, int points, qz::Clock& clock,
                     std::function<void(const qz::RunProgress&)> show) {
     running_ = true;
     stopAsked_ = false;
@@ -35,20 +44,35 @@ void RunPass::begin(QPushButton* stop, int points,
     stop_ = stop;
     if (stop_) stop_->setEnabled(true);
     show_ = std::move(show);
-    progress_->setRange(0, points);
+    clock_ = &clock;
+    started_ = clock.seconds();
+    points_ = points;
+    shown_ = false;
+    progress_->setRange(0, std::max(points, 1));
     progress_->setValue(0);
+    text_->setText(points > 0 ? QString::fromStdString(qz::progressText(0, points, 0.0)) : QString());
     progress_->show();
-    sinceShown_.start();
+    text_->show();
+}
+
+void RunPass::show(const qz::RunProgress& p) {
+    const int done = p.point + 1;
+    progress_->setValue(std::min(done, progress_->maximum()));
+    text_->setText(
+        QString::fromStdString(qz::progressText(done, points_, clock_->seconds() - started_)));
+    if (show_) show_(p);
+    shown_ = true;
+    lastShown_ = clock_->seconds();
 }
 
 bool RunPass::pass(const qz::RunProgress& p) {
-    if (sinceShown_.elapsed() >= kShowEveryMs) {
-        progress_->setValue(p.point + 1);
-        if (show_) show_(p);
-        sinceShown_.restart();
-    }
+    if (!shown_ || clock_->seconds() - lastShown_ >= kShowEvery) show(p);
     QCoreApplication::processEvents();
     return !stopAsked_;
+}
+
+QString RunPass::progressText() const {
+    return running_ ? text_->text() : QString();
 }
 
 bool RunPass::end() {
@@ -59,6 +83,8 @@ bool RunPass::end() {
     stop_ = nullptr;
     show_ = nullptr;
     progress_->hide();
+    text_->hide();
+    clock_ = nullptr;
     const bool close = closeAsked_;
     closeAsked_ = false;
     return close;

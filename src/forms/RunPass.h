@@ -1,18 +1,20 @@
 #pragma once
 // How a panel runs a long measurement: while the run is in progress the controls that
 // would start another (or send words into it) are disabled, the status bar shows the
-// progress and the run's STOP button is live; once per point the panel's pending events
-// run, and the run's fields and list are brought up to date a few times a second rather
-// than at every point. A close asked for during the run waits for its end.
+// progress (point i of n, the time gone and the time still to go) and the run's STOP
+// button is live; once per point the panel's pending events run, and the run's fields and
+// list are brought up to date a few times a second rather than at every point. A close
+// asked for during the run waits for its end.
 
 #include "runs/Measure.h"
 
-#include <QElapsedTimer>
+#include <QString>
 
 #include <functional>
 #include <initializer_list>
 #include <vector>
 
+class QLabel;
 class QMainWindow;
 class QProgressBar;
 class QPushButton;
@@ -28,11 +30,16 @@ class RunPass {
     void block(std::initializer_list<QWidget*> controls);
     bool running() const { return running_; }
 
-    // Starts a run of this many points; stop is its STOP button, show brings the panel's
-    // fields up to date with the progress.
-    void begin(QPushButton* stop, int points, std::function<void(const qz::RunProgress&)> show);
-    // One pass of the panel's events: false once STOP was pressed.
+    // Starts a run of this many points on the clock of its waits; stop is its STOP button
+    // (none where the panel has a control of its own), show brings the panel's fields up
+    // to date with the progress.
+    void begin(QPushButton* stop, int points, qz::Clock& clock,
+               std::function<void(const qz::RunProgress&)> show);
+    // One pass of the panel's events: false once STOP was pressed. The first point shows
+    // at once, the others a few times a second of the run's clock.
     bool pass(const qz::RunProgress& progress);
+    // The progress as the status bar shows it, empty while no run is in progress.
+    QString progressText() const;
     // Ends the run and gives the controls back; true when the panel was asked to close in
     // the meantime, which it should do now.
     bool end();
@@ -43,11 +50,17 @@ class RunPass {
 
   private:
     QMainWindow* panel_;
+    void show(const qz::RunProgress& progress);
+
     QProgressBar* progress_;
+    QLabel* text_;
+    qz::Clock* clock_ = nullptr;
+    double started_ = 0.0, lastShown_ = 0.0;
+    int points_ = 0;
+    bool shown_ = false;
     std::vector<QWidget*> blocked_;
     QPushButton* stop_ = nullptr;
     std::function<void(const qz::RunProgress&)> show_;
-    QElapsedTimer sinceShown_;
     bool running_ = false;
     bool stopAsked_ = false;
     bool closeAsked_ = false;

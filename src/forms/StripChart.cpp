@@ -1,12 +1,20 @@
 #include "forms/StripChart.h"
 
+#include "forms/SaveData.h"
+
+#include <QApplication>
 #include <QCategoryAxis>
 #include <QChart>
+#include <QContextMenuEvent>
 #include <QGraphicsLineItem>
 #include <QGraphicsRectItem>
+#include <QImage>
 #include <QKeyEvent>
 #include <QLineSeries>
+#include <QMenu>
 #include <QMouseEvent>
+#include <QRubberBand>
+#include <QTimer>
 
 #include <algorithm>
 #include <cmath>
@@ -15,6 +23,15 @@ namespace forms {
 
 namespace {
 constexpr int kHandleSize = 8;
+// Points added one at a time are drawn this often at the most.
+constexpr int kDrawEveryMs = 40;
+// A trace with more points than four per column of this many draws each column's first,
+// lowest, highest and last point.
+constexpr int kColumns = 2048;
+// A press this close to the cursor line takes the line along.
+constexpr double kGrip = 5.0;
+// A zoom rectangle narrower or lower than this is taken for a slip of the hand.
+constexpr int kLeastZoom = 4;
 
 // Ticks at round numbers, about six steps of 1, 2 or 5 times a power of ten, each labelled
 // from its own multiple of the step so that no sum of steps shows as 6.9E-18.
@@ -72,6 +89,11 @@ StripChart::StripChart(const QString& name, QWidget* parent) : QChartView(new QC
         h->setZValue(11);
     }
     connect(c, &QChart::plotAreaChanged, this, [this](const QRectF&) { placeCursor(); });
+    drawSoon_ = new QTimer(this);
+    drawSoon_->setSingleShot(true);
+    drawSoon_->setInterval(kDrawEveryMs);
+    connect(drawSoon_, &QTimer::timeout, this, [this] { flush(); });
+    band_ = new QRubberBand(QRubberBand::Rectangle, viewport());
     setTraceColor(traceColor_);
     applyAxes();
 }
@@ -128,20 +150,21 @@ void StripChart::setHandleStyle(int style) {
 }
 
 void StripChart::clearChart() {
+    drawSoon_->stop();
     points_.clear();
-    series_->clear();
+    zooms_.clear();
     cursorPlaced_ = false;
     rescan();
     applyAxes();
 }
 
 void StripChart::addArray(std::span<const double> values) {
+    drawSoon_->stop();
     points_.clear();
     points_.reserve(static_cast<qsizetype>(values.size()));
     double x = 1.0;
     for (const double v : values)
         points_.append(QPointF(x++, v));
-    series_->replace(points_);
     rescan();
     applyAxes();
 }
@@ -149,17 +172,13 @@ void StripChart::addArray(std::span<const double> values) {
 void StripChart::addPoint(double value) {
     const double x = points_.isEmpty() ? 1.0 : points_.back().x() + 1.0;
     points_.append(QPointF(x, value));
-    series_->append(x, value);
-    if (pointCount_ > 0 && points_.size() > pointCount_) {
-        points_.removeFirst();
-        series_->remove(0);
-        rescan();
-    } else if (points_.size() == 1) {
-        dataMin_ = dataMax_ = value;
-    } else {
-        dataMin_ = std::min(dataMin_, value);
-        dataMax_ = std::max(dataMax_, value);
-    }
+    if (pointCount_ > 0 && points_.size() > pointCount_) points_.removeFirst();
+    if (!drawSoon_->isActive()) drawSoon_->start();
+}
+
+void StripChart::flush() {
+    drawSoon_->stop();
+    rescan();
     applyAxes();
 }
 
@@ -189,11 +208,78 @@ void StripChart::applyAxes() {
         ylo -= pad;
         yhi += pad;
     }
+    if (!zooms_.empty()) {
+        const QRectF& z = zooms_.back();
+        xlo = z.left();
+        xhi = z.right();
+        ylo = z.top();
+        yhi = z.bottom();
+    }
+    shown_ = QRectF(QPointF(xlo, ylo), QPointF(xhi, yhi));
     xAxis_->setRange(xlo, xhi);
     yAxis_->setRange(ylo, yhi);
-    placeTicks(xAxis_, xlo, xhi, 1.0);
+    placeTicks(xAxis_, xlo, xhi, zooms_.empty() ? 1.0 : 0.0);
     placeTicks(yAxis_, ylo, yhi, 0.0);
+    draw();
     placeCursor();
+}
+
+void StripChart::draw() {
+    // The points within the shown range of x, and one beyond at each side so that the
+    // line runs on to the edge; x rises from point to point.
+    const auto byX = [](const QPointF& p, double x) { return p.x() < x; };
+    const auto first = std::lower_bound(points_.cbegin(), points_.cend(), shown_.left(), byX);
+    const auto last = std::lower_bound(first, points_.cend(), shown_.right(), byX);
+    const qsizetype from = std::max<qsizetype>(0, first - points_.cbegin() - 1);
+    const qsizetype to = std::min<qsizetype>(points_.size(), last - points_.cbegin() + 1);
+    const qsizetype count = to - from;
+    const qsizetype columns = std::max<qsizetype>(kColumns, qRound(chart()->plotArea().width()));
+    if (count <= 4 * columns) {
+        series_->replace(from == 0 && to == points_.size() ? points_ : points_.mid(from, count));
+        return;
+    }
+    QList<QPointF> drawn;
+    drawn.reserve(4 * columns);
+    for (qsizetype c = 0; c < columns; ++c) {
+        const auto begin = points_.cbegin() + from + count * c / columns;
+        const auto end = points_.cbegin() + from + count * (c + 1) / columns;
+        const auto [lo, hi] = std::minmax_element(
+            begin, end, [](const QPointF& a, const QPointF& b) { return a.y() < b.y(); });
+        drawn.append(*begin);
+        // The lowest and the highest in the order they come.
+        drawn.append(lo < hi ? *lo : *hi);
+        drawn.append(lo < hi ? *hi : *lo);
+        drawn.append(*(end - 1));
+    }
+    series_->replace(drawn);
+}
+
+QRectF StripChart::shownRange() const {
+    return shown_;
+}
+
+void StripChart::zoomTo(double x0, double y0, double x1, double y1) {
+    zooms_.push_back(QRectF(QPointF(std::min(x0, x1), std::min(y0, y1)),
+                            QPointF(std::max(x0, x1), std::max(y0, y1))));
+    applyAxes();
+}
+
+void StripChart::zoomBack() {
+    if (zooms_.empty()) return;
+    zooms_.pop_back();
+    applyAxes();
+}
+
+bool StripChart::savePicture(const QString& path) {
+    const QImage picture = grab().toImage();
+    return writeWhole(path, [&picture](QIODevice& file) { return picture.save(&file, "PNG"); });
+}
+
+void StripChart::savePictureAs() {
+    const QString path = chooseSaveFile(this, QStringLiteral("Save as PNG"),
+                                        objectName() + QStringLiteral(".png"),
+                                        QStringLiteral("PNG pictures (*.png)"));
+    if (!path.isEmpty()) savePicture(path);
 }
 
 bool StripChart::cursorShown() const {
@@ -222,9 +308,12 @@ void StripChart::placeCursor() {
                          kHandleSize);
 }
 
+QPointF StripChart::valueAt(const QPoint& viewPoint) const {
+    return chart()->mapToValue(chart()->mapFromScene(mapToScene(viewPoint)), series_);
+}
+
 void StripChart::cursorFromView(const QPoint& p) {
-    const QPointF inChart = chart()->mapFromScene(mapToScene(p));
-    moveCursor(chart()->mapToValue(inChart, series_).x());
+    moveCursor(valueAt(p).x());
 }
 
 QPoint StripChart::viewPointOf(double x, double y) const {
@@ -233,21 +322,61 @@ QPoint StripChart::viewPointOf(double x, double y) const {
 }
 
 void StripChart::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && cursorMode_ != 0) {
-        cursorFromView(event->position().toPoint());
-        event->accept();
-        return;
-    }
-    QChartView::mousePressEvent(event);
+    if (event->button() != Qt::LeftButton) return QChartView::mousePressEvent(event);
+    pressAt_ = event->position().toPoint();
+    const bool atLine =
+        cursorShown() && std::fabs(pressAt_.x() - viewPointOf(cursorX_, shown_.top()).x()) <= kGrip;
+    drag_ = atLine ? Drag::Cursor : Drag::Press;
+    event->accept();
 }
 
 void StripChart::mouseMoveEvent(QMouseEvent* event) {
-    if ((event->buttons() & Qt::LeftButton) && cursorMode_ != 0) {
-        cursorFromView(event->position().toPoint());
-        event->accept();
-        return;
+    if (!(event->buttons() & Qt::LeftButton) || drag_ == Drag::None)
+        return QChartView::mouseMoveEvent(event);
+    const QPoint at = event->position().toPoint();
+    if (drag_ == Drag::Cursor) {
+        cursorFromView(at);
+    } else if (drag_ == Drag::Zoom ||
+               (at - pressAt_).manhattanLength() >= QApplication::startDragDistance()) {
+        drag_ = Drag::Zoom;
+        band_->setGeometry(QRect(pressAt_, at).normalized());
+        band_->show();
     }
-    QChartView::mouseMoveEvent(event);
+    event->accept();
+}
+
+void StripChart::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || drag_ == Drag::None)
+        return QChartView::mouseReleaseEvent(event);
+    const QPoint at = event->position().toPoint();
+    if (drag_ == Drag::Press) {
+        beforeClick_ = {cursorPlaced_, cursorX_};
+        cursorFromView(pressAt_);
+    } else if (drag_ == Drag::Zoom) {
+        band_->hide();
+        const QRect r = QRect(pressAt_, at).normalized();
+        if (r.width() >= kLeastZoom && r.height() >= kLeastZoom) {
+            const QPointF a = valueAt(r.topLeft()), b = valueAt(r.bottomRight());
+            zoomTo(a.x(), a.y(), b.x(), b.y());
+        }
+    }
+    drag_ = Drag::None;
+    event->accept();
+}
+
+void StripChart::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return QChartView::mouseDoubleClickEvent(event);
+    // The release that follows places nothing, and the cursor goes back to where it stood
+    // before the double click's first click.
+    drag_ = Drag::None;
+    if (beforeClick_.placed) {
+        moveCursor(beforeClick_.x);
+    } else {
+        cursorPlaced_ = false;
+        placeCursor();
+    }
+    zoomBack();
+    event->accept();
 }
 
 void StripChart::keyPressEvent(QKeyEvent* event) {
@@ -258,6 +387,22 @@ void StripChart::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QChartView::keyPressEvent(event);
+}
+
+void StripChart::contextMenuEvent(QContextMenuEvent* event) {
+    QMenu menu(this);
+    QAction* save = menu.addAction(QStringLiteral("Save as PNG..."));
+    save->setObjectName(QStringLiteral("savePng"));
+    QAction* whole = menu.addAction(QStringLiteral("Whole Chart"));
+    whole->setObjectName(QStringLiteral("zoomAll"));
+    whole->setEnabled(zoomed());
+    QAction* chosen = menu.exec(event->globalPos());
+    if (chosen == save) {
+        savePictureAs();
+    } else if (chosen == whole) {
+        zooms_.clear();
+        applyAxes();
+    }
 }
 
 } // namespace forms

@@ -10,6 +10,7 @@
 #include "forms/MessageBox.h"
 #include "forms/Reference.h"
 #include "forms/ResultList.h"
+#include "forms/SaveData.h"
 #include "forms/StripChart.h"
 #include "forms/TabControl.h"
 #include "levels/Reference.h"
@@ -51,6 +52,8 @@ void frmMeasure::wire() {
         {cmdStopit, &frmMeasure::cmdStop_Click},
         {cmdCOPYTOCLIP, &frmMeasure::cmdCOPYTOCLIP_Click},
         {cmdCopy, &frmMeasure::cmdCopy_Click},
+        {cmdSave, &frmMeasure::cmdSave_Click},
+        {cmdSaveit, &frmMeasure::cmdSaveit_Click},
         {cmdWRITESET, &frmMeasure::cmdWRITESET_Click},
         {cmdRangeChange, &frmMeasure::cmdRangeChange_Click},
         {cmdEXIT, &frmMeasure::cmdEXIT_Click},
@@ -76,7 +79,7 @@ void frmMeasure::wire() {
 
     Strip1->onCursorMoved([this](double x) { Strip1_CursorMoved(x); });
     Strip2->onCursorMoved([this](double x) { Strip2_CursorMoved(x); });
-    run_->block({cmdPlot, cmdPlotit, cmdWRITESET, cmdRangeChange});
+    run_->block({cmdPlot, cmdPlotit, cmdWRITESET, cmdRangeChange, cmdSave, cmdSaveit});
     cmdStop->setEnabled(false);
     cmdStopit->setEnabled(false);
 
@@ -147,7 +150,7 @@ void frmMeasure::SSTab1_Click(int) {
     // The lists beside the tabs serve the two runs; the stimuli have their own.
     const bool runs = SSTab1->currentIndex() != 2;
     for (QWidget* w : std::initializer_list<QWidget*>{frmVref, Frame1, Frame2, Frame3,
-                                                      cmdCOPYTOCLIP, Check1, Frame16})
+                                                      cmdCOPYTOCLIP, cmdSave, Check1, Frame16})
         w->setVisible(runs);
 }
 
@@ -163,12 +166,10 @@ void frmMeasure::mnuClose_Click() {
 }
 
 void frmMeasure::closeEvent(QCloseEvent* event) {
-    if (run_->running()) {
-        run_->requestClose();
-        event->ignore();
-        return;
-    }
-    event->accept();
+    // The frame's close is "Close": the panel goes, and its next showing loads it afresh;
+    // during a run it waits for the run's end.
+    event->ignore();
+    mnuClose_Click();
 }
 
 void frmMeasure::refuse(qz::Box box, const std::string& text) {
@@ -218,6 +219,12 @@ void frmMeasure::cmdCOPYTOCLIP_Click() {
 }
 void frmMeasure::cmdCopy_Click() {
     List2->copyToClipboard();
+}
+void frmMeasure::cmdSave_Click() {
+    forms::saveData(this, QStringLiteral("sweep.txt"), sweepHeader_, *List1);
+}
+void frmMeasure::cmdSaveit_Click() {
+    forms::saveData(this, QStringLiteral("time run.txt"), timeHeader_, *List2);
 }
 
 void frmMeasure::cboFINREG_Click() {

@@ -10,15 +10,18 @@
 #include "levels/NumberText.h"
 #include "forms/RunPass.h"
 #include "runs/ChartRules.h"
+#include "runs/SavedRun.h"
 #include "runs/Sweep.h"
 #include "runs/TimeRun.h"
 
+#include <QComboBox>
 #include <QCoreApplication>
-
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+
 #include <algorithm>
+#include <ctime>
 
 namespace {
 constexpr int kBlue = 0xFF0000; // blue-green-red
@@ -36,6 +39,15 @@ qz::ReferenceChoice frmMeasure::referenceChoice() const {
         if (optRef[static_cast<size_t>(i)]->isChecked()) c.option = i;
     c.otherText = txtVREF->text().toStdString();
     return c;
+}
+
+qz::RunStamp frmMeasure::stamp() const {
+    return {std::time(nullptr), session.usb.linkState()};
+}
+
+qz::MeasureChoices frmMeasure::choices() const {
+    return {cboSweepI->currentText().toStdString(), cboDela->currentText().toStdString(),
+            cboMDelay->currentText().toStdString()};
 }
 
 qz::RunContext frmMeasure::context(forms::ResultList* list) {
@@ -85,7 +97,7 @@ qz::Prepared frmMeasure::plotHead(bool sweep, forms::ResultList* list,
 void frmMeasure::cmdPlot_Click() {
     if (run_->running()) return;
     forms::RunScope scope(*run_, [this] { finishRun(); });
-    run_->begin(cmdStop, 0, {});
+    run_->begin(cmdStop, 0, *clock_, {});
     const qz::Prepared prepared = plotHead(true, List1, {Text2, Text3, txtmin, txtMax});
     const float Rsense = qz::kSenseRanges[session.general.IRangeIndex].rsense;
     if (!SweepV(Rsense, prepared.offsetCode)) return;
@@ -103,6 +115,7 @@ bool frmMeasure::SweepV(float Rsense, int32_t offsetCode) {
     g.measMode = 0;
     cboMeasureVI_Click();
     List1->clear();
+    sweepHeader_.clear();
     qz::SweepRequest r;
     r.start = txtstartV->text().toStdString();
     r.end = txtendV->text().toStdString();
@@ -123,8 +136,10 @@ bool frmMeasure::SweepV(float Rsense, int32_t offsetCode) {
     txtstart->setText(forms::hexText(plan.startCode, 1));
     txtend->setText(forms::hexText(plan.endCode, 1));
     txtstepcode->setText(forms::hexText(plan.stepCode, 1));
+    sweepHeader_ =
+        qz::headerLines("QZ7740 voltage sweep", qz::sweepSettings(stamp(), choices(), r, plan));
 
-    run_->begin(cmdStop, plan.n + 1, [this](const qz::RunProgress& p) { showProgress(p); });
+    run_->begin(cmdStop, plan.n + 1, *clock_, [this](const qz::RunProgress& p) { showProgress(p); });
     const qz::SweepOutcome out = qz::runSweep(context(List1), plan, arrays);
     List1->flush();
     lblREADSPI->setText(forms::hexText(out.adcCode, 1));
@@ -160,7 +175,7 @@ void frmMeasure::ShowChartAxes(const qz::ChartBounds& b, int points, const std::
 void frmMeasure::cmdPlotit_Click() {
     if (run_->running()) return;
     forms::RunScope scope(*run_, [this] { finishRun(); });
-    run_->begin(cmdStopit, 0, {});
+    run_->begin(cmdStopit, 0, *clock_, {});
     const qz::Prepared prepared = plotHead(false, List2, {txtX, txtY, txtmin1, txtmax1, txtdiff});
     const float Rsense = qz::kSenseRanges[session.general.IRangeIndex].rsense;
     if (!SweepandMeasure(Rsense, prepared.offsetCode)) return;
@@ -173,6 +188,7 @@ bool frmMeasure::SweepandMeasure(float Rsense, int32_t offsetCode) {
     qz::General& g = session.general;
     g.IRangeIndex = 0;
     List2->clear();
+    timeHeader_.clear();
     qz::TimeRequest r;
     r.force = txtForceV->text().toStdString();
     r.reference = referenceChoice();
@@ -188,8 +204,10 @@ bool frmMeasure::SweepandMeasure(float Rsense, int32_t offsetCode) {
         return false;
     }
     txtForceC->setText(forms::hexText(plan.code, 1));
+    timeHeader_ = qz::headerLines("QZ7740 measurement versus time",
+                                  qz::timeSettings(stamp(), choices(), r, plan));
 
-    run_->begin(cmdStopit, qz::kTimeSamples, [this](const qz::RunProgress& p) { showProgress(p); });
+    run_->begin(cmdStopit, qz::kTimeSamples, *clock_, [this](const qz::RunProgress& p) { showProgress(p); });
     const qz::TimeOutcome out = qz::runTime(context(List2), plan, arrays);
     List2->flush();
     lblREADSPI->setText(forms::hexText(out.adcCode, 1));

@@ -250,8 +250,10 @@ QWidget* frmMeasure::buildSweepTab() {
     auto* right = new QVBoxLayout;
     cmdCOPYTOCLIP =
         makeButton(QStringLiteral("cmdCOPYTOCLIP"), QStringLiteral("COPY DATA TO CLIPBOARD"), page);
+    cmdSave = makeButton(QStringLiteral("cmdSave"), QStringLiteral("SAVE DATA..."), page);
     Label16 = forms::makeLink(QString::fromLatin1("Label16"), QStringLiteral("HELP!?"), page);
     right->addWidget(cmdCOPYTOCLIP);
+    right->addWidget(cmdSave);
     right->addWidget(Label16, 0, Qt::AlignLeft);
     right->addStretch(1);
     top->addLayout(right);
@@ -317,8 +319,10 @@ QWidget* frmMeasure::buildTimeTab() {
 
     auto* right = new QVBoxLayout;
     cmdCopy = makeButton(QStringLiteral("cmdCopy"), QStringLiteral("COPY DATA TO CLIPBOARD"), page);
+    cmdSaveit = makeButton(QStringLiteral("cmdSaveit"), QStringLiteral("SAVE DATA..."), page);
     Label29 = forms::makeLink(QString::fromLatin1("Label29"), QStringLiteral("HELP!?"), page);
     right->addWidget(cmdCopy);
+    right->addWidget(cmdSaveit);
     right->addWidget(Label29, 0, Qt::AlignLeft);
     right->addStretch(1);
     top->addLayout(right);

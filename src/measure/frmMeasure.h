@@ -2,7 +2,8 @@
 // The measurement panel: the FIN DAC swept from a start to an end voltage with a MEASOUT
 // reading at each step, one voltage forced and MEASOUT read 101 times, and two stimuli for
 // an oscilloscope; each run fills its list, its Min/Max fields and its chart, whose cursor
-// reads the points back, and a list goes to the clipboard as text.
+// reads the points back, and a list goes to the clipboard as text or to a file with the
+// settings of its run.
 
 #include "forms/Panel.h"
 #include "runs/Measure.h"
@@ -11,9 +12,13 @@
 #include <array>
 #include <initializer_list>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace qz {
 struct ChartBounds;
+struct MeasureChoices;
+struct RunStamp;
 }
 
 class frmMeasure : public forms::Panel {
@@ -46,6 +51,7 @@ class frmMeasure : public forms::Panel {
     void txtendV_Enter();
     void txtstep_Enter();
     void cmdCOPYTOCLIP_Click();
+    void cmdSave_Click();
     void Strip1_CursorMoved(double x);
 
     // "MEASURE CURRENT/VOLTAGE VERSUS TIME"
@@ -53,6 +59,7 @@ class frmMeasure : public forms::Panel {
     bool SweepandMeasure(float Rsense, int32_t offsetCode);
     void txtForceV_Enter();
     void cmdCopy_Click();
+    void cmdSaveit_Click();
     void Strip2_CursorMoved(double x);
 
     // Both runs: STOP ends the run after its point.
@@ -108,6 +115,7 @@ class frmMeasure : public forms::Panel {
     QLineEdit* Text2;
     QLineEdit* Text3;
     QPushButton* cmdCOPYTOCLIP;
+    QPushButton* cmdSave; // "SAVE DATA..."
     forms::StripChart* Strip1;
     QWidget* FrmHELP;
     QPushButton* Label16; // shows FrmHELP
@@ -125,6 +133,7 @@ class frmMeasure : public forms::Panel {
     QLineEdit* txtX;
     QLineEdit* txtY;
     QPushButton* cmdCopy;
+    QPushButton* cmdSaveit; // "SAVE DATA..."
     forms::StripChart* Strip2;
     QWidget* Frame9;
     QPushButton* Label29; // shows Frame9
@@ -158,6 +167,9 @@ class frmMeasure : public forms::Panel {
     void wire();
 
     qz::ReferenceChoice referenceChoice() const;
+    // When a run starts and on what, and the lists' items it runs with, for its saved file.
+    qz::RunStamp stamp() const;
+    qz::MeasureChoices choices() const;
     qz::RunContext context(forms::ResultList* list);
     void showProgress(const qz::RunProgress& p);
     void refuse(qz::Box box, const std::string& text);
@@ -170,4 +182,6 @@ class frmMeasure : public forms::Panel {
     std::unique_ptr<forms::RunPass> run_;
     int refIndex_ = 0;       // the reference option whose VREF is in use
     float measGain_ = 20.0f; // the current-sense gain read before the last run
+    // The "#" lines of each list's saved file: the settings of the run that filled it.
+    std::vector<std::string> sweepHeader_, timeHeader_;
 };

@@ -29,8 +29,19 @@ inline constexpr Setting kAfterRouting{0, 12};
 // top two bits (0x40 is 0.25, 0xC0 is 0.75); any other bits play no part.
 double externalDegrees(int32_t whole, int32_t fraction);
 
-// The delays of cboDelay, by list index, in seconds.
-inline constexpr std::array<float, 8> kTempDelays{0.1f, 0.0001f, 0.2f, 0.3f, 0.4f, 0.5f, 1.0f, 2.0f};
+// The items of cboDelay in list order, and the seconds each gives tempDelay.
+struct TempDelay {
+    const char* item;
+    float seconds;
+};
+inline constexpr std::array<TempDelay, 8> kTempDelays{{{"100ms", 0.1f},
+                                                       {"No Delay", 0.0001f},
+                                                       {"200ms", 0.2f},
+                                                       {"300ms", 0.3f},
+                                                       {"400ms", 0.4f},
+                                                       {"500ms", 0.5f},
+                                                       {"1000ms", 1.0f},
+                                                       {"2000ms", 2.0f}}};
 
 inline constexpr int kTempReadings = 1001; // indexes 0 to 1000
 

@@ -4,6 +4,7 @@
 #include "diagnostics/frmDIAG.h"
 #include "forms/ResultList.h"
 #include "forms/StripChart.h"
+#include "measure/RunTools.h"
 #include "support/ConsoleFixture.h"
 #include "support/FakeLibrary.h"
 
@@ -12,6 +13,7 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
@@ -141,4 +143,37 @@ TEST_F(Sensor, StopEndsTheRunWithinTheReadingAndAPressWhileStoppedGivesTheHeadin
     EXPECT_TRUE(d->txtcount->text().isEmpty());
     clickBox(d->Check2);
     EXPECT_EQ(d->Strip1->handleStyle(), 3) << "unticked: handles";
+}
+
+TEST_F(Sensor, ARunShowsItsProgressAndStopKeepsTheReadingsSoFarForTheFileToo) {
+    qztest::ActingClock acting;
+    d->useClock(acting);
+    pick(d->cboDelay, 6); // "1000ms"
+    const QLabel* progress = d->findChild<QLabel*>(QStringLiteral("runProgressText"));
+    acting.at(10, [&] {
+        EXPECT_EQ(progress->text(), QStringLiteral("point 10 of 1001, 0:09 elapsed, 14:52 left"));
+        clickBox(d->Check1);
+    });
+    QTest::mouseClick(d->cmdPLOTTEMP, Qt::LeftButton);
+    EXPECT_FALSE(progress->isVisible());
+    const std::vector<std::string>& lines = d->List2->lines();
+    ASSERT_EQ(lines.size(), 12u) << "the heading and eleven readings";
+    EXPECT_EQ(lines[11].substr(0, 3), "10\t");
+    EXPECT_EQ(d->tempCount, 11);
+    EXPECT_EQ(d->txtcount->text(), QStringLiteral("10"));
+    ASSERT_EQ(d->Strip1->count(), 11);
+    for (int k = 0; k < 11; ++k)
+        EXPECT_EQ(d->Strip1->pointAt(k).y(), d->temps.external[static_cast<size_t>(k)]) << k;
+
+    qztest::SaveTarget target;
+    target.chosen = target.path("temperatures.txt");
+    QTest::mouseClick(d->cmdSave, Qt::LeftButton);
+    QTest::mouseClick(d->cmdCopy, Qt::LeftButton);
+    const auto saved = qztest::SaveTarget::read(target.chosen);
+    ASSERT_EQ(saved.header.size(), 4u);
+    EXPECT_EQ(saved.header[0], "# QZ7740 temperature readings");
+    EXPECT_EQ(saved.header[2], "# board: virtual board");
+    EXPECT_EQ(saved.header[3], "# delay between readings: 1000ms (1 s)");
+    EXPECT_EQ(saved.rest, QApplication::clipboard()->text().toStdString());
+    EXPECT_EQ(saved.rest.substr(0, 45), "time\tlocal temp sensor\tQZ7740 Thermal Array\r\n");
 }

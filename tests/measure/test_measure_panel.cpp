@@ -6,6 +6,7 @@
 #include "forms/StripChart.h"
 #include "forms/TabControl.h"
 #include "measure/RunBoard.h"
+#include "measure/RunTools.h"
 #include "measure/frmMeasure.h"
 #include "support/ConsoleFixture.h"
 
@@ -14,6 +15,8 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QImage>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -43,6 +46,7 @@ class Measure : public ::testing::Test {
         h.trace.fresh();
     }
     std::vector<int> sent() { return qztest::wordsSent(h.trace.fresh()); }
+    QString progress() { return p->findChild<QLabel*>(QStringLiteral("runProgressText"))->text(); }
     // Runs f in the first event pass of the run that click starts.
     void duringRun(QPushButton* plot, std::function<void()> f) {
         QTimer::singleShot(0, p, std::move(f));
@@ -51,7 +55,7 @@ class Measure : public ::testing::Test {
 
     qztest::RunBoard* board = new qztest::RunBoard;
     Harness h{std::unique_ptr<qz::BridgeLibrary>(board)};
-    qz::SteppedClock clock;
+    qztest::ActingClock clock;
     std::unique_ptr<frmMAINQZ7740> console;
     frmMeasure* p = nullptr;
     qz::General& g = h.session->general;
@@ -260,6 +264,146 @@ TEST_F(Measure, ClosingDuringARunWaitsForItsEnd) {
     EXPECT_EQ(h.nav.loaded(Form::frmMeasure), nullptr);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(panel.isNull());
+
+    // Without a run the frame's close unloads at once, and the next showing loads afresh.
+    p = static_cast<frmMeasure*>(h.nav.show(Form::frmMeasure));
+    p->Strip1->setCursorMode(2);
+    panel = p;
+    EXPECT_FALSE(p->close());
+    EXPECT_EQ(h.nav.loaded(Form::frmMeasure), nullptr);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(panel.isNull());
+    p = static_cast<frmMeasure*>(h.nav.show(Form::frmMeasure));
+    EXPECT_EQ(p->Strip1->cursorMode(), 0) << "loaded afresh";
+}
+
+TEST_F(Measure, StopEndsEachRunWithItsPointsSoFarInListArraysFieldsAndChart) {
+    // The sweep: STOP in the wait after the second point; the third is taken, then the end.
+    pick(p->cboDela, 0); // "No Delay": one wait a point, after its event pass
+    clock.at(2, [this] { QTest::mouseClick(p->cmdStop, Qt::LeftButton); });
+    QTest::mouseClick(p->cmdPlot, Qt::LeftButton);
+    ASSERT_EQ(p->List1->count(), 4) << "the header and three points; no deviation table";
+    EXPECT_EQ(p->List1->lines()[3].substr(0, 15), "2\t549384\t25096\t");
+    EXPECT_EQ(p->arrays.sweepMeasVolts,
+              (std::vector<double>{-9.001617431640625, -8.5137176513671875, -8.02581787109375}));
+    EXPECT_EQ(p->arrays.sweepCodes, (std::vector<double>{19980, 22538, 25096}));
+    EXPECT_EQ(p->txtmin->text(), QStringLiteral("-9.001617"));
+    EXPECT_EQ(p->txtMax->text(), QStringLiteral("-8.025818"));
+    EXPECT_EQ(p->txtdifff->text(), QStringLiteral("0.9757996"));
+    EXPECT_EQ(p->Strip1->count(), 3);
+    EXPECT_EQ(p->Strip1->pointAt(2), QPointF(3, -8.02581787109375));
+    EXPECT_FALSE(p->findChild<QLabel*>(QStringLiteral("runProgressText"))->isVisible());
+
+    // The time run, a sample every half second: its progress after ten, then STOP.
+    pick(p->cboDela, 5);
+    pick(p->cboMDelay, 0);
+    board->code = [](int fin, int k) { return fin / 2 + k % 2; };
+    board->conversions = 0;
+    clock.at(10, [this] {
+        EXPECT_EQ(progress(), QStringLiteral("point 10 of 101, 0:04 elapsed, 0:41 left"));
+        QTest::mouseClick(p->cmdStopit, Qt::LeftButton);
+    });
+    QTest::mouseClick(p->cmdPlotit, Qt::LeftButton);
+    const std::vector<std::string>& lines = p->List2->lines();
+    ASSERT_EQ(lines.size(), 1u + 11u + 3u);
+    EXPECT_EQ(lines[11].substr(0, 9), "10\t22778\t");
+    EXPECT_EQ(lines[12], "-4.123383\t-4.123001") << "the range of the eleven samples";
+    EXPECT_EQ(lines[13], "mincode\tmaxcode");
+    EXPECT_EQ(p->arrays.sampleTimes.size(), 11u);
+    EXPECT_EQ(p->arrays.sampleTimes.back(), 5.0);
+    EXPECT_EQ(p->txtmin1->text(), QStringLiteral("-4.123383"));
+    EXPECT_EQ(p->txtmax1->text(), QStringLiteral("-4.123001"));
+    EXPECT_EQ(p->txtdiff->text(), QStringLiteral("0.0003814697"));
+    EXPECT_EQ(p->Strip2->count(), 11);
+    EXPECT_EQ(p->Strip2->pointAt(1), QPointF(2, -4.1230010986328125));
+}
+
+TEST_F(Measure, SaveDataWritesTheRunsSettingsThenTheClipboardTextAndAFailureLosesNothing) {
+    qztest::SaveTarget target;
+    pick(p->cboDela, 1);
+    pick(p->cboMDelay, 3);
+    QTest::mouseClick(p->cmdPlotit, Qt::LeftButton);
+    QTest::mouseClick(p->cmdCopy, Qt::LeftButton);
+    target.chosen = target.path("time run.txt");
+    QTest::mouseClick(p->cmdSaveit, Qt::LeftButton);
+    const auto saved = qztest::SaveTarget::read(target.chosen);
+    ASSERT_EQ(saved.header.size(), 10u);
+    EXPECT_EQ(saved.header[0], "# QZ7740 measurement versus time");
+    EXPECT_EQ(saved.header[1].substr(0, 17), "# date and time: ");
+    EXPECT_EQ(std::vector<std::string>(saved.header.begin() + 2, saved.header.end()),
+              (std::vector<std::string>{"# board: evaluation board on USB", "# VREF: 5 V",
+                                        "# OFFSET code: 8000",
+                                        "# current range: \u00B15uA (100000 ohms)",
+                                        "# measure mode: Measure Voltage",
+                                        "# cycle delay: 100ms (0.1 s)",
+                                        "# sample delay: .3 X (0.03 s)", "# force: 5 V (code B1F4)"}));
+    EXPECT_EQ(saved.rest, QApplication::clipboard()->text().toStdString());
+    EXPECT_EQ(saved.rest.substr(0, 9), "temp\tADC\t");
+    EXPECT_TRUE(h.boxes.empty());
+
+    // The sweep's file has its own head.
+    QTest::mouseClick(p->cmdPlot, Qt::LeftButton);
+    target.chosen = target.path("sweep.txt");
+    QTest::mouseClick(p->cmdSave, Qt::LeftButton);
+    const auto sweep = qztest::SaveTarget::read(target.chosen);
+    ASSERT_EQ(sweep.header.size(), 12u);
+    EXPECT_EQ(sweep.header[11], "# step: 1000 mV (2558 codes)");
+    QTest::mouseClick(p->cmdCOPYTOCLIP, Qt::LeftButton);
+    EXPECT_EQ(sweep.rest, QApplication::clipboard()->text().toStdString());
+
+    // A target that cannot be written: a directory of that name, a folder that is not
+    // there. A message each; no file, no temporary left; the lists keep their lines.
+    ASSERT_TRUE(QDir(target.dir.path()).mkdir(QStringLiteral("taken")));
+    for (const char* name : {"taken", "missing/run.txt"}) {
+        target.chosen = target.path(name);
+        QTest::mouseClick(p->cmdSaveit, Qt::LeftButton);
+        ASSERT_EQ(h.boxes.size(), 1u) << name;
+        EXPECT_EQ(h.boxes[0].title, "Save Data");
+        EXPECT_EQ(h.boxes[0].text.substr(0, 31), "The file could not be written:\n");
+        EXPECT_NE(h.boxes[0].text.find(target.chosen.toStdString()), std::string::npos);
+        h.boxes.clear();
+    }
+    EXPECT_EQ(target.entries(),
+              (QStringList{QStringLiteral("sweep.txt"), QStringLiteral("taken"),
+                           QStringLiteral("time run.txt")}));
+    EXPECT_TRUE(QDir(target.path("taken")).isEmpty());
+    EXPECT_EQ(p->List2->count(), 105);
+    target.chosen.clear();
+    QTest::mouseClick(p->cmdSaveit, Qt::LeftButton);
+    EXPECT_TRUE(h.boxes.empty()) << "a cancelled choice writes nothing and says nothing";
+}
+
+TEST_F(Measure, TheChartZoomsIntoADraggedRectangleGoesBackOnADoubleClickAndSavesAPicture) {
+    QTest::mouseClick(p->cmdPlot, Qt::LeftButton);
+    QApplication::processEvents();
+    forms::StripChart* chart = p->Strip1;
+    const QRectF whole = chart->shownRange();
+    p->Strip1->moveCursor(2);
+    QWidget* view = chart->viewport();
+    QTest::mousePress(view, Qt::LeftButton, {}, chart->viewPointOf(3, -6));
+    QTest::mouseMove(view, chart->viewPointOf(4, -7));
+    QTest::mouseMove(view, chart->viewPointOf(6, -8));
+    QTest::mouseRelease(view, Qt::LeftButton, {}, chart->viewPointOf(6, -8));
+    const QRectF zoom = chart->shownRange();
+    EXPECT_NEAR(zoom.left(), 3, 0.1);
+    EXPECT_NEAR(zoom.right(), 6, 0.1);
+    EXPECT_NEAR(zoom.top(), -8, 0.1);
+    EXPECT_NEAR(zoom.bottom(), -6, 0.1);
+    EXPECT_EQ(p->Text3->text(), QStringLiteral("580A")) << "a drag moves no cursor";
+    QTest::mouseDClick(view, Qt::LeftButton, {}, chart->viewPointOf(5, -7));
+    EXPECT_EQ(chart->shownRange(), whole);
+    EXPECT_EQ(p->Text3->text(), QStringLiteral("580A"));
+
+    qztest::SaveTarget target;
+    target.chosen = target.path("chart.png");
+    chart->savePictureAs();
+    const QImage picture(target.chosen);
+    EXPECT_EQ(picture.size(), chart->size());
+    target.chosen = target.path("missing/chart.png");
+    chart->savePictureAs();
+    ASSERT_EQ(h.boxes.size(), 1u);
+    EXPECT_EQ(h.boxes[0].title, "Save Data");
+    EXPECT_EQ(target.entries(), QStringList{QStringLiteral("chart.png")});
 }
 
 TEST_F(Measure, TheThirdTabHidesTheRunsControlsAndItsStimuliSendTheirWords) {

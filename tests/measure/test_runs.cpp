@@ -5,6 +5,8 @@
 #include "measure/RunBoard.h"
 #include "registers/Session.h"
 #include "runs/ChartRules.h"
+#include "runs/Progress.h"
+#include "runs/SavedRun.h"
 #include "runs/Stimuli.h"
 #include "runs/Sweep.h"
 #include "runs/TimeRun.h"
@@ -408,4 +410,51 @@ TEST(MeasureClock, WaitsSleepOnTheClockAndEndOnTime) {
     EXPECT_GE(took, 0.1);
     EXPECT_LT(took, 0.11);
     EXPECT_LT(busy, 0.01) << "asleep, not spinning";
+}
+
+TEST(RunProgress, PointsTheTimeGoneAndTheTimeLeftAtThePaceSoFar) {
+    EXPECT_EQ(qz::progressText(0, 101, 0.0), "point 0 of 101, 0:00 elapsed") << "no pace yet";
+    EXPECT_EQ(qz::progressText(10, 101, 4.5), "point 10 of 101, 0:04 elapsed, 0:41 left");
+    EXPECT_EQ(qz::progressText(3, 9, 3.0), "point 3 of 9, 0:03 elapsed, 0:06 left")
+        << "a whole second left is not rounded up to the next";
+    EXPECT_EQ(qz::progressText(101, 101, 50.5), "point 101 of 101, 0:50 elapsed, 0:00 left");
+    EXPECT_EQ(qz::progressText(10, 1001, 9.0), "point 10 of 1001, 0:09 elapsed, 14:52 left");
+    EXPECT_EQ(qz::durationText(3725), "1:02:05");
+    EXPECT_EQ(qz::durationText(-2), "0:00");
+}
+
+TEST(SavedRun, TheHeadNamesTheRunAndItsSettingsThenTheListFollowsAsOnTheClipboard) {
+    Rig rig;
+    qz::SweepRequest r = Rig::sweep();
+    r.measMode = 1;
+    r.sampleDelay = 0.03f;
+    r.tempDelay = 0.07f;
+    r.cycleDelay = 0.1f;
+    qz::SweepPlan plan;
+    ASSERT_FALSE(qz::planSweep(rig.s.general, r, plan).has_value());
+    std::tm t{};
+    t.tm_year = 2024 - 1900;
+    t.tm_mon = 4;
+    t.tm_mday = 1;
+    t.tm_hour = 14;
+    t.tm_min = 3;
+    t.tm_sec = 22;
+    t.tm_isdst = -1;
+    const qz::RunStamp stamp{std::mktime(&t), qz::LinkState::Virtual};
+    const std::vector<std::string> head = qz::headerLines(
+        "QZ7740 voltage sweep", qz::sweepSettings(stamp, {"\u00B12.5mA", "100ms", ".3 X"}, r, plan));
+    EXPECT_EQ(head, (std::vector<std::string>{"# QZ7740 voltage sweep",
+                                              "# date and time: 2024-05-01 14:03:22",
+                                              "# board: virtual board",
+                                              "# VREF: 5 V",
+                                              "# OFFSET code: 8000",
+                                              "# current range: \u00B12.5mA (200 ohms)",
+                                              "# measure mode: Measure Current",
+                                              "# cycle delay: 100ms (0.1 s)",
+                                              "# sample delay: .3 X (0.03 s)",
+                                              "# start: -5 V (code 4E0C)",
+                                              "# end: 5 V (code B1F4)",
+                                              "# step: 1000 mV (2558 codes)"}));
+    EXPECT_EQ(qz::savedText({"# a", "# b"}, {"x\ty", "z"}), "# a\r\n# b\r\nx\ty\r\nz\r\n");
+    EXPECT_EQ(qz::savedText({"# a"}, {}), "# a\r\n") << "an empty list adds nothing";
 }

@@ -1,11 +1,12 @@
 #pragma once
 // What a panel test needs: a session on the virtual board with its trace, and the
-// message boxes and the end of the program caught instead of shown.
+// message boxes, the file dialogs and the end of the program caught instead of shown.
 
 #include "board/TraceLibrary.h"
 #include "board/VirtualBoard.h"
 #include "forms/MessageBox.h"
 #include "forms/Navigator.h"
+#include "forms/SaveData.h"
 #include "registers/Session.h"
 #include "shell/Panels.h"
 #include "support/QtPrint.h"
@@ -60,6 +61,9 @@ public:
         };
         forms::setMessageSink(session->usb.messageBox);
         forms::setEndProgram([this] { ++ends; });
+        // A file dialog would wait for a hand: every choice of a file is cancelled,
+        // unless a test chooses the file itself.
+        forms::setFileChooser(cancelChoice);
         qz::registerPanels(nav, *session);
     }
     ~Harness() {
@@ -68,7 +72,10 @@ public:
             if (form != forms::Form::frmMAINQZ7740) delete nav.loaded(form);
         forms::setMessageSink({});
         forms::setEndProgram({});
+        forms::setFileChooser({});
     }
+
+    static QString cancelChoice(QWidget*, const QString&, const QString&, const QString&) { return {}; }
 
     // The console as the program starts it: made, known by name, loaded.
     template <typename Console>
