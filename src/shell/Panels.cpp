@@ -4,6 +4,7 @@
 #include "diagnostics/frmDIAG.h"
 #include "frontpanel/frmMain.h"
 #include "measure/frmMeasure.h"
+#include "shell/frmAbout.h"
 #include "shell/frmMEASOUTGAIN.h"
 
 namespace qz {
@@ -21,6 +22,9 @@ void registerPanels(forms::Navigator& nav, Session& session) {
     nav.registerForm(
         forms::Form::frmDIAG, [&nav, &session] { return new frmDIAG(session, nav); },
         [](QWidget* f) { static_cast<frmDIAG*>(f)->Form_Load(); });
+    nav.registerForm(
+        forms::Form::frmAbout, [&nav, &session] { return new frmAbout(session, nav); },
+        [](QWidget* f) { static_cast<frmAbout*>(f)->Form_Load(); });
     nav.registerForm(forms::Form::frmMEASOUTGAIN,
                      [&nav, &session] { return new frmMEASOUTGAIN(session, nav); });
 }

@@ -29,7 +29,10 @@ int main(int argc, char** argv) {
 
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("QZ7740"));
-    QApplication::setApplicationVersion(QStringLiteral("1.6.0"));
+    QApplication::setApplicationVersion(
+        QStringLiteral("%1.%2.%3").arg(QZ_VERSION_MAJOR).arg(QZ_VERSION_MINOR).arg(QZ_VERSION_PATCH));
+    // The desktop entry the installed program goes with, for its icon in the task bar.
+    QGuiApplication::setDesktopFileName(QStringLiteral("qz7740"));
 
     qz::BridgeOptions bridge;
     bridge.simulate = options.simulate;

@@ -188,10 +188,8 @@ TEST_F(ConsoleWrite, SiliconRevisionBehindTheTestRegisters) {
     EXPECT_EQ(f->Text2->text(), QStringLiteral("000002"));
 }
 
-TEST_F(ConsoleWrite, MenusOpenThePanelsThereAreAndCloseOnlyHides) {
+TEST_F(ConsoleWrite, MainMenuOpensTheFrontPanelAndCloseOnlyHides) {
     EXPECT_TRUE(f->findChild<QAction*>(QStringLiteral("mnuMain"))->isEnabled());
-    EXPECT_FALSE(f->findChild<QAction*>(QStringLiteral("mnuAbout"))->isEnabled())
-        << "a panel this program lacks cannot be opened";
     m->hide();
     f->findChild<QAction*>(QStringLiteral("mnuMain"))->trigger();
     EXPECT_TRUE(m->isVisible());
