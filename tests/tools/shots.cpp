@@ -80,5 +80,6 @@ int main(int argc, char** argv) {
         diag->Strip1->moveCursor(400);
         shootTabs(diag, diag->SSTab2, dir, QStringLiteral("diagnostics"));
     }
+    if (QWidget* about = nav.show(forms::Form::frmAbout)) save(about, dir + QStringLiteral("/about.png"));
     return 0;
 }
