@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that the build, the tests and the screenshots need.
+# Installs the Debian packages that the build, the tests, the screenshots and the Python
+# clients of the remote control need.
 # Safe to run again: it only installs what is missing. Runs as root, or through sudo.
 set -euo pipefail
 
@@ -10,6 +11,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   qt6-qpa-plugins fonts-dejavu-core
   xvfb xauth imagemagick
+  python3 python3-pyvisa python3-pyvisa-py python3-pymeasure
 )
 
 missing=()
