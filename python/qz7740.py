@@ -231,6 +231,11 @@ class QZ7740(Instrument):
             if len(errors) > 100:  # a queue that never empties is a fault of its own
                 raise RuntimeError("error queue does not empty: %r" % errors[-1])
 
+    def shutdown(self):
+        """Leaves the board safe: the channel disabled."""
+        self.output_enabled = False
+        super().shutdown()
+
     def exit_program(self):
         """Ends the program serving the board (its remote control ends with it)."""
         self.write("SYST:EXIT")
