@@ -363,6 +363,14 @@ TEST_F(Measure, SaveDataWritesTheRunsSettingsThenTheClipboardTextAndAFailureLose
         EXPECT_NE(h.boxes[0].text.find(target.chosen.toStdString()), std::string::npos);
         h.boxes.clear();
     }
+    // A writer that fails half way over a file already there: the old file stands whole.
+    EXPECT_FALSE(forms::writeWhole(target.path("sweep.txt"), [](QIODevice& file) {
+        file.write("half a line");
+        return false;
+    }));
+    ASSERT_EQ(h.boxes.size(), 1u);
+    h.boxes.clear();
+    EXPECT_EQ(qztest::SaveTarget::read(target.path("sweep.txt")).rest, sweep.rest);
     EXPECT_EQ(target.entries(),
               (QStringList{QStringLiteral("sweep.txt"), QStringLiteral("taken"),
                            QStringLiteral("time run.txt")}));
