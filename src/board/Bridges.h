@@ -6,6 +6,7 @@
 #include <chrono>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace qz {
 
@@ -18,5 +19,9 @@ struct BridgeOptions {
 // The library for these options, wrapped in a trace when one is asked for; nullptr with
 // a reason in error when the trace file cannot be opened.
 std::unique_ptr<BridgeLibrary> makeBridge(const BridgeOptions& options, std::string& error);
+
+// What the library's search finds, one line per board in the order --board counts them:
+// "1: virtual board, path 1" or "2: usb, path 5".
+std::vector<std::string> listBoards(BridgeLibrary& library);
 
 } // namespace qz

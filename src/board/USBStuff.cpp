@@ -51,7 +51,7 @@ void USBStuff::LoadUSB() {
     int16_t count = 0;
     usbStatus = static_cast<int16_t>(library_.Search_For_Boards(kBoardVendor, kBoardProduct,
                                                                 count, paths.data()));
-    if (count < 1) {
+    if (count <= boardIndex) {
         message(": " + std::to_string(usbStatus), "No Evaluation Board Found",
                 MsgIcon::Exclamation);
         noBoard = true;
@@ -59,7 +59,8 @@ void USBStuff::LoadUSB() {
     ShowUSBStatus(usbStatus);
 
     usbStatus = static_cast<int16_t>(
-        library_.Connect(kBoardVendor, kBoardProduct, paths[0], hBoard));
+        library_.Connect(kBoardVendor, kBoardProduct, paths[static_cast<size_t>(boardIndex) % paths.size()], hBoard));
+    boardPath = paths[static_cast<size_t>(boardIndex) % paths.size()];
     ShowUSBStatus(usbStatus);
 
     firmwarePath = applicationDirectory + "/" + kFirmwareFile;

@@ -23,6 +23,9 @@ public:
     bool noBoard = false;
     std::array<uint8_t, 64> replyBuffer{};
     std::string firmwarePath;
+    // Which of the boards the search finds is used (0: the first), and its path byte.
+    int boardIndex = 0;
+    uint8_t boardPath = 0;
     std::array<uint8_t, 513> firmwareBytes{};
 
     // Where the firmware file lies: the program's own directory.

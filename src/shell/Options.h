@@ -1,5 +1,6 @@
 #pragma once
-// The command line: --simulate, --trace FILE, --help.
+// The command line: the board (--simulate, --board N, --list-boards), the trace, the
+// remote control (--remote [PORT], --listen ADDRESS, --headless) and --help.
 
 #include <string>
 #include <vector>
@@ -10,6 +11,11 @@ struct Options {
     bool simulate = false;
     bool help = false;
     std::string tracePath;
+    int remotePort = -1;                     // -1: no remote control
+    std::string listenAddress = "127.0.0.1"; // loopback unless asked otherwise
+    bool headless = false;                   // no window: Qt's offscreen platform
+    int board = 1;                           // the N-th board the search finds
+    bool listBoards = false;
     std::string error;  // not empty: the command line was refused
 };
 

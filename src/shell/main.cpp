@@ -1,4 +1,4 @@
-// The program's entry: options, the board, the panels.
+// The program's entry: options, the board, the panels, and the remote control when asked.
 
 #include "board/Bridges.h"
 #include "console/frmMAINQZ7740.h"
@@ -6,10 +6,34 @@
 #include "registers/Session.h"
 #include "shell/Options.h"
 #include "shell/Panels.h"
+#include "remote/Instrument.h"
+#include "remote/Server.h"
 
 #include <QApplication>
+#include <QTimer>
 
+#include <csignal>
 #include <iostream>
+
+namespace {
+
+// SIGINT and SIGTERM end a served program cleanly: the handler only notes the signal,
+// and the event loop, which looks every 50 ms, quits.
+volatile std::sig_atomic_t stopSignal = 0;
+extern "C" void noteStop(int) { stopSignal = 1; }
+
+int listBoards(const qz::Options& options) {
+    qz::BridgeOptions bridge;
+    bridge.simulate = options.simulate;
+    std::string error;
+    auto library = qz::makeBridge(bridge, error);
+    const std::vector<std::string> lines = library ? qz::listBoards(*library) : std::vector<std::string>{};
+    for (const std::string& line : lines) std::cout << line << '\n';
+    if (lines.empty()) std::cerr << "qz7740: no board found\n";
+    return lines.empty() ? 1 : 0;
+}
+
+} // namespace
 
 int main(int argc, char** argv) {
     std::vector<std::string> args(argv + 1, argv + argc);
@@ -22,6 +46,9 @@ int main(int argc, char** argv) {
         std::cout << qz::usageText();
         return 0;
     }
+    if (options.listBoards) return listBoards(options);
+    // No window: the offscreen platform, whatever the display.
+    if (options.headless) qputenv("QT_QPA_PLATFORM", "offscreen");
     if (const std::string why = qz::displayProblem(); !why.empty()) {
         std::cerr << why;
         return 2;
@@ -47,11 +74,48 @@ int main(int argc, char** argv) {
     qz::Session session(std::move(library));
     session.usb.applicationDirectory = QCoreApplication::applicationDirPath().toStdString();
     session.usb.messageBox = forms::message;
+    session.usb.boardIndex = options.board - 1;
+    // Without a window nobody could close a box: its text goes to standard error instead.
+    qz::MessageSink normalSink;
+    if (options.headless) {
+        normalSink = [](const std::string& title, const std::string& text, qz::MsgIcon) {
+            std::cerr << "qz7740: " << title << ": " << text << std::endl;
+        };
+        forms::setMessageSink(normalSink);
+    }
 
     forms::Navigator nav;
     qz::registerPanels(nav, session);
     frmMAINQZ7740 console(session, nav);
     nav.adopt(forms::Form::frmMAINQZ7740, &console);
     console.Form_Load();
+
+    std::unique_ptr<qz::remote::Instrument> instrument;
+    std::unique_ptr<qz::remote::Server> server;
+    if (options.remotePort >= 0) {
+        instrument = std::make_unique<qz::remote::Instrument>(
+            session, nav,
+            qz::remote::Instrument::Config{QCoreApplication::applicationVersion().toStdString(), normalSink,
+                                           [] { QCoreApplication::quit(); }});
+        server = std::make_unique<qz::remote::Server>(*instrument);
+        const QHostAddress address(QString::fromStdString(options.listenAddress));
+        if (!server->listen(address, static_cast<quint16>(options.remotePort), error)) {
+            std::cerr << "qz7740: cannot listen on " << options.listenAddress << ":" << options.remotePort
+                      << ": " << error << '\n';
+            return 2;
+        }
+        std::cout << "listening on " << options.listenAddress << ":" << server->port() << std::endl;
+    }
+    QTimer signalWatch;
+    if (options.headless || server) {
+        std::signal(SIGINT, noteStop);
+        std::signal(SIGTERM, noteStop);
+        QObject::connect(&signalWatch, &QTimer::timeout, [&] {
+            if (!stopSignal) return;
+            if (instrument) instrument->abort();
+            QCoreApplication::quit();
+        });
+        signalWatch.start(50);
+    }
     return app.exec();
 }
