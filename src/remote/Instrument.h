@@ -16,6 +16,7 @@
 #include <string_view>
 #include <vector>
 
+class QLineEdit;
 class QWidget;
 class frmMain;
 class frmMeasure;
@@ -134,6 +135,7 @@ class Instrument : public QObject {
     void startRun(Run run);
     void beginRun();
     QWidget* currentControl();
+    void enterBox(QLineEdit* box, const std::string& text, const std::function<void()>& enter);
     std::string entryText(const std::string& param) const;
     double reading(int measureItem, bool amps);
     std::string alarmRead(bool clear);

@@ -51,6 +51,16 @@ int itemNamed(const QComboBox* list, const std::string& name) {
 
 } // namespace
 
+// The operator's entry: the text in the box, then its Enter. A refused entry empties the
+// box on the panel; a refused remote value leaves the setting as it was instead.
+void Instrument::enterBox(QLineEdit* box, const std::string& text, const std::function<void()>& enter) {
+    const QString before = box->text();
+    const size_t messages = target_ ? target_->size() : 0;
+    box->setText(QString::fromStdString(text));
+    enter();
+    if (target_ && target_->size() > messages) box->setText(before);
+}
+
 // The text a number parameter puts in a panel's box: as sent, or in decimal for #H.
 std::string Instrument::entryText(const std::string& param) const {
     if (!parseNumber(param)) throw Refused{standardError(err::kNumericData)};
@@ -90,15 +100,13 @@ std::string Instrument::sourVoltQ(const Params&) { return textOf(front()->txtV);
 
 std::string Instrument::clampHigh(const Params& p) {
     frmMain* m = front();
-    m->txtclamph->setText(QString::fromStdString(entryText(p[0])));
-    m->txtclamph_Enter();
+    enterBox(m->txtclamph, entryText(p[0]), [m] { m->txtclamph_Enter(); });
     return {};
 }
 
 std::string Instrument::clampLow(const Params& p) {
     frmMain* m = front();
-    m->txtClampl->setText(QString::fromStdString(entryText(p[0])));
-    m->txtClampl_Enter();
+    enterBox(m->txtClampl, entryText(p[0]), [m] { m->txtClampl_Enter(); });
     return {};
 }
 
@@ -111,8 +119,7 @@ std::string Instrument::offset(const Params& p) {
     if (!v) throw Refused{standardError(parseNumber(p[0]) ? err::kIllegalValue : err::kNumericData)};
     if (*v < 0 || *v > 0xFFFFFFFFLL) throw Refused{standardError(err::kOutOfRange)};
     frmMain* m = front();
-    m->OFFSETx1->setText(QString::number(*v, 16).toUpper());
-    m->OFFSETx1_Enter();
+    enterBox(m->OFFSETx1, QString::number(*v, 16).toUpper().toStdString(), [m] { m->OFFSETx1_Enter(); });
     return {};
 }
 
@@ -126,10 +133,11 @@ std::string Instrument::vref(const Params& p) {
     const double v = *parseNumber(text);
     const int index = v == 5.0 ? 0 : v == 2.5 ? 1 : 2;
     frmMain* m = front();
-    if (index == 2) m->txtVREF->setText(QString::fromStdString(text));
     // As the operator's click: the option is chosen, then its handler takes or refuses it.
-    m->optRef[static_cast<size_t>(index)]->setChecked(true);
-    m->optRef_Click(index);
+    enterBox(m->txtVREF, index == 2 ? text : m->txtVREF->text().toStdString(), [m, index] {
+        m->optRef[static_cast<size_t>(index)]->setChecked(true);
+        m->optRef_Click(index);
+    });
     return {};
 }
 
@@ -179,31 +187,24 @@ std::string Instrument::alarmRead(bool clear) {
 std::string Instrument::alarms(const Params&) { return alarmRead(false); }
 std::string Instrument::alarmsClear(const Params&) { return alarmRead(true); }
 
-namespace {
-void runEntry(QLineEdit* box, void (frmMeasure::*enter)(), frmMeasure* m, const std::string& text) {
-    box->setText(QString::fromStdString(text));
-    (m->*enter)();
-}
-} // namespace
-
 std::string Instrument::sweStart(const Params& p) {
     frmMeasure* f = measure();
-    runEntry(f->txtstartV, &frmMeasure::txtstartV_Enter, f, entryText(p[0]));
+    enterBox(f->txtstartV, entryText(p[0]), [f] { f->txtstartV_Enter(); });
     return {};
 }
 std::string Instrument::sweStop(const Params& p) {
     frmMeasure* f = measure();
-    runEntry(f->txtendV, &frmMeasure::txtendV_Enter, f, entryText(p[0]));
+    enterBox(f->txtendV, entryText(p[0]), [f] { f->txtendV_Enter(); });
     return {};
 }
 std::string Instrument::sweStep(const Params& p) {
     frmMeasure* f = measure();
-    runEntry(f->txtstep, &frmMeasure::txtstep_Enter, f, entryText(p[0]));
+    enterBox(f->txtstep, entryText(p[0]), [f] { f->txtstep_Enter(); });
     return {};
 }
 std::string Instrument::timeVolt(const Params& p) {
     frmMeasure* f = measure();
-    runEntry(f->txtForceV, &frmMeasure::txtForceV_Enter, f, entryText(p[0]));
+    enterBox(f->txtForceV, entryText(p[0]), [f] { f->txtForceV_Enter(); });
     return {};
 }
 std::string Instrument::sweStartQ(const Params&) { return textOf(measure()->txtstartV); }

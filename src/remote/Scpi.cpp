@@ -50,12 +50,16 @@ bool equalNoCase(std::string_view a, std::string_view b) {
 }
 
 bool nodeMatches(std::string_view pattern, std::string_view node) {
-    std::string shortForm;
-    for (char c : pattern)
-        if (std::isupper(static_cast<unsigned char>(c)) || c == '*' ||
-            std::isdigit(static_cast<unsigned char>(c)))
-            shortForm += c;
-    return equalNoCase(node, pattern) || equalNoCase(node, shortForm);
+    if (equalNoCase(node, pattern)) return true;
+    // The short form: the capitals (and digits) of the pattern.
+    size_t k = 0;
+    for (char c : pattern) {
+        if (!(std::isupper(static_cast<unsigned char>(c)) || c == '*' || std::isdigit(static_cast<unsigned char>(c))))
+            continue;
+        if (k >= node.size() || std::toupper(static_cast<unsigned char>(node[k])) != c) return false;
+        ++k;
+    }
+    return k == node.size();
 }
 
 bool validNode(std::string_view node, bool common) {
@@ -72,7 +76,9 @@ bool validNode(std::string_view node, bool common) {
 }
 
 std::optional<int64_t> parseHex(std::string_view digits) {
-    if (digits.empty() || digits.size() > 15) return std::nullopt;
+    if (digits.empty() || digits.size() > 15 ||
+        !std::all_of(digits.begin(), digits.end(), [](char c) { return std::isxdigit(static_cast<unsigned char>(c)); }))
+        return std::nullopt;
     int64_t v = 0;
     const auto [end, ec] = std::from_chars(digits.data(), digits.data() + digits.size(), v, 16);
     if (ec != std::errc() || end != digits.data() + digits.size()) return std::nullopt;

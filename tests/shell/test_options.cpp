@@ -29,12 +29,38 @@ TEST(Options, BadCommandLinesAreRefused) {
         EXPECT_FALSE(parseOptions(args).error.empty()) << args.front();
 }
 
+TEST(Options, RemoteListenHeadlessAndTheBoard) {
+    qz::Options o = parseOptions({"--simulate"});
+    EXPECT_EQ(o.remotePort, -1) << "no remote control unless asked";
+    EXPECT_EQ(o.listenAddress, "127.0.0.1");
+    EXPECT_EQ(o.board, 1);
+    EXPECT_EQ(parseOptions({"--remote", "--simulate"}).remotePort, 5025);
+    o = parseOptions({"--remote", "0", "--headless", "--listen", "0.0.0.0", "--board", "2"});
+    EXPECT_TRUE(o.error.empty()) << o.error;
+    EXPECT_EQ(o.remotePort, 0);
+    EXPECT_TRUE(o.headless);
+    EXPECT_EQ(o.listenAddress, "0.0.0.0");
+    EXPECT_EQ(o.board, 2);
+    EXPECT_EQ(parseOptions({"--remote=6000"}).remotePort, 6000);
+    EXPECT_TRUE(parseOptions({"--list-boards"}).listBoards);
+    for (const std::vector<std::string>& args : std::vector<std::vector<std::string>>{
+             {"--remote=70000"}, {"--remote=x"}, {"--remote", "--listen", "nowhere"},
+             {"--listen", "127.0.0.1"}, {"--board", "0"}, {"--board", "two"}, {"--remote", "65536"}})
+        EXPECT_FALSE(parseOptions(args).error.empty()) << args.front() << " " << args.back();
+}
+
 TEST(Options, TheUsageTextShowsTheLinesOfTheReadme) {
     const std::string readme =
-        "qz7740 [--simulate] [--trace FILE] [--help]\n"
-        "  --simulate     run on the virtual board instead of a board on USB\n"
-        "  --trace FILE   write every call to the board to FILE, one line each\n"
-        "  --help         show the options\n";
+        "qz7740 [--simulate] [--trace FILE] [--board N] [--list-boards] [--remote [PORT]] "
+        "[--listen ADDRESS] [--headless] [--help]\n"
+        "  --simulate        run on the virtual board instead of a board on USB\n"
+        "  --trace FILE      write every call to the board to FILE, one line each\n"
+        "  --board N         use the N-th board the search finds (1, the first, by default)\n"
+        "  --list-boards     print the boards the search finds, one a line, and end\n"
+        "  --remote [PORT]   serve remote commands on the TCP port (5025 by default)\n"
+        "  --listen ADDRESS  the address the remote control listens on (127.0.0.1)\n"
+        "  --headless        no window: serve until SYST:EXIT, SIGINT or SIGTERM\n"
+        "  --help            show the options\n";
     EXPECT_EQ(qz::usageText().substr(0, readme.size()), readme);
 }
 

@@ -1,0 +1,87 @@
+// The socket itself, in process: lines in and answers out, CR LF, the second client
+// refused, the 64 KiB line closing the connection, a fresh queue for the next client,
+// and a client that leaves during a run stopping it.
+
+#include "measure/frmMeasure.h"
+#include "remote/Server.h"
+#include "support/ConsoleFixture.h"
+
+#include <QTcpSocket>
+#include <QTimer>
+
+using qz::remote::Instrument;
+using qz::remote::Server;
+
+namespace {
+
+struct Client {
+    QTcpSocket socket;
+    explicit Client(quint16 port) {
+        socket.connectToHost(QHostAddress::LocalHost, port);
+        EXPECT_TRUE(socket.waitForConnected(2000));
+    }
+    // The next line the server sends, without its LF; empty after two seconds.
+    std::string line() {
+        (void)QTest::qWaitFor([&] { return socket.canReadLine() || socket.state() != QAbstractSocket::ConnectedState; }, 2000);
+        return socket.readLine().trimmed().toStdString();
+    }
+    void write(const QByteArray& bytes) {
+        socket.write(bytes);
+        socket.flush();
+    }
+    bool closed() {
+        return QTest::qWaitFor([&] { return socket.state() == QAbstractSocket::UnconnectedState; }, 2000);
+    }
+};
+
+class Socket : public qztest::ConsoleFixture {
+  protected:
+    void SetUp() override {
+        ConsoleFixture::SetUp();
+        std::string why;
+        ASSERT_TRUE(server.listen(QHostAddress::LocalHost, 0, why)) << why;
+    }
+    Instrument in{*h.session, h.nav, {"1", h.session->usb.messageBox, {}}};
+    Server server{in};
+};
+
+} // namespace
+
+TEST_F(Socket, LinesAnswersTheSecondClientAndTheLongLine) {
+    Client a(server.port());
+    a.write("*IDN?\r\nNOPE\nSYST:ERR?\nSYST:ERR?\n");
+    EXPECT_EQ(a.line(), "QZ7740,QZ7740 evaluation board,virtual board,1");
+    EXPECT_EQ(a.line(), "-113,\"Undefined header\"");
+    EXPECT_EQ(a.line(), "0,\"No error\"");
+
+    Client b(server.port());
+    EXPECT_EQ(b.line(), "-200,\"Remote control in use\"");
+    EXPECT_TRUE(b.closed());
+    a.write("REG:WRITE #H08\x01" "00\nREG:READ? 8\n");
+    EXPECT_EQ(a.line(), "088000") << "the binary line sent nothing";
+    a.write("SYST:ERR?\n");
+    EXPECT_EQ(a.line(), "-101,\"Invalid character\"") << "the connection stays after errors";
+
+    a.write("NOPE\n");
+    a.write(QByteArray(Server::kLineLimit + 10, 'A'));
+    EXPECT_TRUE(a.closed());
+    Client c(server.port());
+    c.write("SYST:ERR?\n");
+    EXPECT_EQ(c.line(), "0,\"No error\"") << "a new client, a fresh queue";
+}
+
+TEST_F(Socket, AClientLeavingDuringARunStopsIt) {
+    auto* measure = static_cast<frmMeasure*>(h.nav.load(forms::Form::frmMeasure));
+    Client a(server.port());
+    // The run serves events once per point: the client goes in the middle of it.
+    QTimer::singleShot(200, [&] { a.socket.abort(); });
+    a.write("SWE:RANG 3\nSWE:STAR -5\nSWE:STOP 5\nSWE:STEP 1\nINIT:SWE\n");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return in.running(); }, 2000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !in.running(); }, 5000));
+    EXPECT_GT(measure->arrays.sweepCodes.size(), 1u);
+    EXPECT_LT(measure->arrays.sweepCodes.size(), 5000u) << "10,001 points asked for";
+    Client b(server.port());
+    b.write("*OPC?\nSTAT:OPER?\n");
+    EXPECT_EQ(b.line(), "1");
+    EXPECT_EQ(b.line(), "0");
+}
