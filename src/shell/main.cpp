@@ -22,6 +22,15 @@ namespace {
 volatile std::sig_atomic_t stopSignal = 0;
 extern "C" void noteStop(int) { stopSignal = 1; }
 
+// Without a window the offscreen platform tells of every window feature it lacks, and Qt
+// of its runtime directory: noise for a served program, whose output scripts read.
+void quietHandler(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    if (text.startsWith(QLatin1String("This plugin does not support")) ||
+        text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR")))
+        return;
+    qt_message_output(type, context, text);
+}
+
 int listBoards(const qz::Options& options) {
     qz::BridgeOptions bridge;
     bridge.simulate = options.simulate;
@@ -48,7 +57,10 @@ int main(int argc, char** argv) {
     }
     if (options.listBoards) return listBoards(options);
     // No window: the offscreen platform, whatever the display.
-    if (options.headless) qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (options.headless) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qInstallMessageHandler(quietHandler);
+    }
     if (const std::string why = qz::displayProblem(); !why.empty()) {
         std::cerr << why;
         return 2;
