@@ -51,8 +51,19 @@ def parse_error(line):
     return int(match.group(1)), match.group(2).replace('""', '"')
 
 
+def _number_or_none(value):
+    # A box the operator has not filled yet answers an empty line.
+    return None if value == "" else value
+
+
 def _quoted(text):
     return '"%s"' % str(text).replace('"', '""')
+
+
+def _list_control(header, docs):
+    """A front panel list chosen by its index, as the operator picks an item."""
+    return Instrument.control(header + "?", header + " %d", docs + " -1 until an item is chosen.",
+                              get_process=parse_integer, set_process=int)
 
 
 class QZ7740(Instrument):
@@ -80,6 +91,7 @@ class QZ7740(Instrument):
         """Forced voltage in volts, as the front panel's voltage box holds it. The range
         follows VREF and the offset DAC; a value outside it is refused by the program
         (error -222 in the queue) and the setting stays as it was.""",
+        get_process=_number_or_none,
     )
 
     current_range = Instrument.control(
@@ -95,11 +107,13 @@ class QZ7740(Instrument):
         "SOUR:CLAM:HIGH?", "SOUR:CLAM:HIGH %g",
         """High current clamp, in the unit the front panel shows for the present range
         (uA for the three lowest ranges, mA for the next two, A for the external ones).""",
+        get_process=_number_or_none,
     )
 
     clamp_low = Instrument.control(
         "SOUR:CLAM:LOW?", "SOUR:CLAM:LOW %g",
         """Low current clamp, in the same unit as ``clamp_high``.""",
+        get_process=_number_or_none,
     )
 
     output_enabled = Instrument.control(
@@ -109,6 +123,51 @@ class QZ7740(Instrument):
         values={True: 1, False: 0},
         map_values=True,
     )
+
+    clamps_enabled = Instrument.control(
+        "SOUR:CLAM:STAT?", "SOUR:CLAM:STAT %d",
+        """True when the current clamp is enabled.""",
+        validator=strict_discrete_set,
+        values={True: 1, False: 0},
+        map_values=True,
+    )
+
+    powered_up = Instrument.control(
+        "SOUR:POW?", "SOUR:POW %d",
+        """True when the channel is powered up.""",
+        validator=strict_discrete_set,
+        values={True: 1, False: 0},
+        map_values=True,
+    )
+
+    reference_voltage = Instrument.control(
+        "SOUR:VREF?", "SOUR:VREF %g",
+        """VREF in volts: 5, 2.5, or another value the program accepts for its Other
+        choice (2 to 5 V). It changes the force range and the names of the current ranges.""",
+    )
+
+    offset_code = Instrument.control(
+        "SOUR:OFFS?", "SOUR:OFFS %d",
+        """The offset DAC code (0 to 65535), which moves the force range.""",
+        get_process=parse_integer,
+        set_process=int,
+    )
+
+    measout_source = _list_control(
+        "MEASO:SOUR", "What MEASOUT carries, as the index of the front panel's list.")
+    measout_gain = _list_control(
+        "MEASO:GAIN", "The MEASOUT gain, as the index of its list (0 is gain 0.2).")
+    current_sense_gain = _list_control(
+        "SENS:CURR:GAIN", "The current-sense (MI) gain, as the index of its list (0 is 20).")
+    gang_mode = _list_control(
+        "SOUR:GANG", "The gang mode, as the index of its list (0 is master).")
+    slew_rate = _list_control(
+        "SOUR:SLEW", "The slew rate, as the index of its list.")
+
+    diagnostic_node_a = _list_control(
+        "DIAG:NODE:A", "The node routed by the diagnostic register's bank A, by its option index.")
+    diagnostic_node_b = _list_control(
+        "DIAG:NODE:B", "The node routed by the diagnostic register's bank B, by its option index.")
 
     # --- measurements ----------------------------------------------------------------
 
@@ -145,11 +204,13 @@ class QZ7740(Instrument):
     sweep_start = Instrument.control(
         "SWE:STAR?", "SWE:STAR %g",
         """First voltage of the sweep, in volts.""",
+        get_process=_number_or_none,
     )
 
     sweep_stop = Instrument.control(
         "SWE:STOP?", "SWE:STOP %g",
         """Last voltage of the sweep, in volts (above the start).""",
+        get_process=_number_or_none,
     )
 
     sweep_step = Instrument.control(
@@ -158,6 +219,35 @@ class QZ7740(Instrument):
         validator=strict_range,
         values=(0, 1000),
         get_process=parse_integer,
+    )
+
+    sweep_range = Instrument.control(
+        "SWE:RANG?", "SWE:RANG %d",
+        """Current range the sweep and the time run use, as the index of the measurement
+        panel's list (0 is 5 uA, as in ``CURRENT_RANGES``; -1 until one is chosen, when
+        the runs take the 5 uA range). A load needs a range that can deliver its current:
+        on the smallest the output stops where the clamp holds it.""",
+        validator=strict_discrete_set,
+        values=range(len(CURRENT_RANGES)),
+        get_process=parse_integer,
+    )
+
+    sweep_measures = Instrument.control(
+        "SWE:FUNC?", "SWE:FUNC %d",
+        """What the runs measure at each point: "voltage" or "current".""",
+        validator=strict_discrete_set,
+        values={"voltage": 0, "current": 1},
+        map_values=True,
+    )
+
+    sweep_delay = _list_control(
+        "SWE:DEL", "The cycle delay of the runs' points, as the index of its list "
+        "(0 is no delay, then 100 ms to 500 ms in steps of 100 ms).")
+
+    time_voltage = Instrument.control(
+        "TIME:VOLT?", "TIME:VOLT %g",
+        """Voltage forced during the time run, in volts.""",
+        get_process=_number_or_none,
     )
 
     @property
@@ -212,6 +302,10 @@ class QZ7740(Instrument):
     def select_current_range(self, name):
         """Chooses the current range by the text of its item in the front panel's list."""
         self.write("SOUR:CURR:RANG %s" % _quoted(name))
+
+    def clear_alarms(self):
+        """Reads the alarm word and clears the latched alarms; returns the word read."""
+        return parse_integer(self.ask("STAT:ALAR:CLE?"))
 
     @property
     def identity(self):
