@@ -36,8 +36,11 @@ def resource_name(port=DEFAULT_PORT, host="127.0.0.1"):
 
 
 def parse_integer(text):
-    """An integer from the program's answers: decimal, ``#H`` or ``0x`` hexadecimal."""
+    """An integer from the program's answers: decimal, ``#H`` or ``0x`` hexadecimal.
+    None for the empty line of a query that failed (its error waits in the queue)."""
     text = str(text).strip()
+    if not text:
+        return None
     if text[:2].upper() in ("#H", "0X"):
         return int(text[2:], 16)
     return int(float(text))
@@ -52,7 +55,7 @@ def parse_error(line):
 
 
 def _number_or_none(value):
-    # A box the operator has not filled yet answers an empty line.
+    # A box the operator has not filled yet, or a query that failed, answers an empty line.
     return None if value == "" else value
 
 
@@ -175,16 +178,19 @@ class QZ7740(Instrument):
         "MEAS:VOLT?",
         """One reading of the output voltage in volts, scaled as the measurement panel
         scales it.""",
+        get_process=_number_or_none,
     )
 
     current = Instrument.measurement(
         "MEAS:CURR?",
         """One reading of the output current in amperes.""",
+        get_process=_number_or_none,
     )
 
     temperature = Instrument.measurement(
         "MEAS:TEMP?",
         """The temperature sensor's local reading in degrees Celsius.""",
+        get_process=_number_or_none,
     )
 
     alarms = Instrument.measurement(
@@ -253,7 +259,7 @@ class QZ7740(Instrument):
     @property
     def running(self):
         """True while a run is in progress."""
-        return self.operation_status != 0
+        return self.operation_status == 1
 
     def init_sweep(self):
         """Starts the sweep with the present parameters; returns at once."""
