@@ -211,8 +211,8 @@ def through_pymeasure(port, version):
         check(len(samples) == 101 and all(abs(v - 1.5) < VOLTAGE_TOLERANCE for v in samples),
               "time run gives 101 samples near 1.5 V (%d)" % len(samples))
 
-        # A slow sweep (100 ms a point, eleven points) stopped at once keeps what it took.
-        board.sweep_delay = 1
+        # A slow sweep (500 ms a point, eleven points) stopped at once keeps what it took.
+        board.sweep_delay = 5
         board.sweep_step = 100
         started = time.monotonic()
         board.init_sweep()
@@ -220,7 +220,7 @@ def through_pymeasure(port, version):
         board.abort()
         check(board.wait_for_completion(timeout=30), "*OPC? answers 1 after ABOR")
         elapsed = time.monotonic() - started
-        check(elapsed < 0.8, "ABOR ends the sweep early (%.2f s)" % elapsed)
+        check(elapsed < 3.0, "ABOR ends the sweep early (%.2f s)" % elapsed)
         check(not board.running, "no run in progress after ABOR")
         kept = board.fetch_sweep()
         check(1 <= len(kept) < 11, "the stopped sweep keeps its first points (%d)" % len(kept))
