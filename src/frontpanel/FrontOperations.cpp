@@ -190,6 +190,21 @@ bool frmMain::ForceVoltage() {
     return true;
 }
 
+std::optional<frmMain::ForceRefusal> frmMain::forceRefusal(const std::string& text) {
+    const std::optional<float> v = qz::parseSingle(text);
+    const std::optional<double> V = qz::parseDecimal(text);
+    if (!v || !V) return ForceRefusal{qz::kNotValidNumber, false};
+    const auto k = codes();
+    if (!k) return ForceRefusal{{}, false};
+    const float VREF = session.general.VREF;
+    const qz::OutputLimits limits = qz::UpdateOutputLimits(VREF, (*k)[0], (*k)[1], (*k)[2]);
+    if (!limits.ok) return ForceRefusal{qz::kNotValidNumber, false};
+    if (!(*v <= limits.VoutMax && *v >= limits.VoutMin)) return ForceRefusal{qz::kVoltageOutsideLimits, true};
+    const qz::ForceResult r = qz::ForceVoltage(*V, VREF, (*k)[0], (*k)[1], (*k)[2]);
+    if (r.refusal != qz::LawRefusal::None) return ForceRefusal{r.message, true};
+    return std::nullopt;
+}
+
 void frmMain::txtV_Enter() {
     const std::optional<float> v = qz::parseSingle(txtV->text().toStdString());
     if (!v) return forms::refuseEntry(txtV, qz::kNotValidNumber);

@@ -10,6 +10,7 @@
 #include <array>
 #include <initializer_list>
 #include <optional>
+#include <string>
 
 namespace qz {
 struct CompSelection;
@@ -39,6 +40,15 @@ public:
     bool UpdateOutputLimits();
     // The request of txtV to the FIN DAC; false when refused.
     bool ForceVoltage();
+    // What an Enter of this text in txtV would refuse, worked out without sending anything
+    // (the Enter itself sends the range words before its checks): the message, and whether
+    // the number was one but out of range. Empty when it would pass. A code box that holds
+    // no code is refused on that box, as the Enter would, and gives an empty message.
+    struct ForceRefusal {
+        std::string message;
+        bool outOfRange;
+    };
+    std::optional<ForceRefusal> forceRefusal(const std::string& text);
     void UpdateRangeNames();
 
     // Reads, each showing the command in txtWrite and the reply in txtRead.

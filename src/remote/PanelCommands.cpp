@@ -72,25 +72,12 @@ std::string Instrument::sourVolt(const Params& p) {
     frmMain* m = front();
     const std::string text = entryText(p[0]);
     // The panel sends the range words before it tests the request against its limits; a
-    // remote request is tested first with the same rules, so that a refused one sends nothing.
-    const std::optional<float> v = qz::parseSingle(text);
-    if (!v || !qz::parseDecimal(text)) throw Refused{{err::kIllegalValue, qz::kNotValidNumber}};
-    auto* mBox = forms::controlOf<QLineEdit>(nav_, forms::Form::frmMAINQZ7740, QStringLiteral("txtFINM"));
-    auto* cBox = forms::controlOf<QLineEdit>(nav_, forms::Form::frmMAINQZ7740, QStringLiteral("txtFINC"));
-    int32_t k[3] = {};
-    QLineEdit* boxes[3] = {m->OFFSETx1, mBox, cBox};
-    for (int i = 0; i < 3; ++i) {
-        const std::optional<int32_t> code = boxes[i] ? forms::readCode(boxes[i]) : std::nullopt;
-        if (!code) return {}; // the box is refused as the panel refuses it
-        k[i] = *code;
+    // remote request is tested first with the panel's own rules, so that a refused one
+    // sends nothing.
+    if (const auto refusal = m->forceRefusal(text)) {
+        if (refusal->message.empty()) return {}; // refused on its code box, and queued so
+        throw Refused{{refusal->outOfRange ? err::kOutOfRange : err::kIllegalValue, refusal->message}};
     }
-    const float VREF = session_.general.VREF;
-    const qz::OutputLimits limits = qz::UpdateOutputLimits(VREF, k[0], k[1], k[2]);
-    if (!limits.ok) throw Refused{{err::kIllegalValue, qz::kNotValidNumber}};
-    if (!(*v <= limits.VoutMax && *v >= limits.VoutMin))
-        throw Refused{{err::kOutOfRange, qz::kVoltageOutsideLimits}};
-    const qz::ForceResult r = qz::ForceVoltage(qz::parseDecimal(text).value_or(0.0), VREF, k[0], k[1], k[2]);
-    if (r.refusal != qz::LawRefusal::None) throw Refused{{err::kOutOfRange, r.message}};
     m->txtV->setText(QString::fromStdString(text));
     m->txtV_Enter();
     return {};
