@@ -10,6 +10,7 @@
 #include "measure/frmMeasure.h"
 #include "registers/RegisterMap.h"
 
+#include <QCheckBox>
 #include <QTimer>
 
 #include <cstdio>
@@ -226,6 +227,14 @@ bool Instrument::running() const {
 void Instrument::abort() {
     pending_ = Run::None;
     if (auto* m = static_cast<frmMeasure*>(nav_.loaded(Form::frmMeasure)); m && m->running()) m->cmdStop_Click();
+    // The temperature run stops as the operator stops it: its "STOP" box ticked.
+    if (auto* d = static_cast<frmDIAG*>(nav_.loaded(Form::frmDIAG)); d && d->running() && !d->Check1->isChecked())
+        d->Check1->click();
+}
+
+void Instrument::clientLeft() {
+    // Only what the client began ends with it; a run the operator started goes on.
+    if (pending_ != Run::None || remoteRun_) abort();
 }
 
 std::string Instrument::idn(const Params&) {

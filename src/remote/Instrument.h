@@ -46,6 +46,8 @@ class Instrument : public QObject {
     bool running() const;
     // STOP for the run in progress; a run asked for and not yet begun does not begin.
     void abort();
+    // The client has gone: a run it began or asked for stops.
+    void clientLeft();
     // A new client: the queue starts empty.
     void newClient() { errors_.clear(); }
     ErrorQueue& errors() { return errors_; }

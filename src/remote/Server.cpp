@@ -49,7 +49,7 @@ void Server::accept() {
 
 void Server::dropClient() {
     // Whatever the client left in progress ends with it.
-    instrument_.abort();
+    instrument_.clientLeft();
     client_ = nullptr;
     input_.clear();
     waiting_ = false;

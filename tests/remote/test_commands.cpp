@@ -2,6 +2,9 @@
 // are the operator's, the panels show the new state, refusals land in the queue in the
 // panel's own words with nothing sent, and ten thousand random lines leave it standing.
 
+#include "diagnostics/frmDIAG.h"
+#include "forms/ResultList.h"
+#include "measure/RunTools.h"
 #include "measure/frmMeasure.h"
 #include "remote/Instrument.h"
 #include "support/ConsoleFixture.h"
@@ -151,6 +154,20 @@ TEST_F(Remote, MeasurementsAndARunStartedByInitServedWhileItRuns) {
     EXPECT_EQ(ask("SYST:ERR?"), "0,\"No error\"");
     send("SYST:EXIT");
     EXPECT_EQ(exits, 1);
+}
+
+TEST_F(Remote, AborTicksTheTemperatureRunsStopAndALeavingClientLeavesTheOperatorsRun) {
+    auto* d = static_cast<frmDIAG*>(h.nav.show(forms::Form::frmDIAG));
+    qztest::ActingClock clock;
+    d->useClock(clock);
+    clock.at(5, [&] {
+        in->clientLeft();
+        EXPECT_FALSE(d->Check1->isChecked()) << "the operator's own run goes on";
+        send("ABOR");
+    });
+    d->cmdPLOTTEMP_Click();
+    EXPECT_TRUE(d->Check1->isChecked());
+    EXPECT_LT(d->List2->count(), 10);
 }
 
 TEST_F(Remote, TenThousandRandomLinesSendOnlyWhatAcceptedCommandsAskFor) {
