@@ -50,6 +50,17 @@ qz::MeasureChoices frmMeasure::choices() const {
             cboMDelay->currentText().toStdString()};
 }
 
+void frmMeasure::settings(qz::RunSettings& r, int32_t offsetCode, float Rsense) const {
+    const qz::General& g = session.general;
+    r.reference = referenceChoice();
+    r.prepared = {offsetCode, measGain_};
+    r.rsense = Rsense;
+    r.measMode = g.measMode;
+    r.sampleDelay = g.sampleDelay;
+    r.tempDelay = g.tempDelay;
+    r.cycleDelay = g.cycleDelay;
+}
+
 qz::RunContext frmMeasure::context(forms::ResultList* list) {
     return {session, *clock_, [this](const qz::RunProgress& p) { return run_->pass(p); },
             [list](std::string line) { list->addLine(std::move(line)); }};
@@ -120,13 +131,7 @@ bool frmMeasure::SweepV(float Rsense, int32_t offsetCode) {
     r.start = txtstartV->text().toStdString();
     r.end = txtendV->text().toStdString();
     r.step = txtstep->text().toStdString();
-    r.reference = referenceChoice();
-    r.prepared = {offsetCode, measGain_};
-    r.rsense = Rsense;
-    r.measMode = g.measMode;
-    r.sampleDelay = g.sampleDelay;
-    r.tempDelay = g.tempDelay;
-    r.cycleDelay = g.cycleDelay;
+    settings(r, offsetCode, Rsense);
     qz::SweepPlan plan;
     if (const auto refusal = qz::planSweep(g, r, plan)) {
         refuse(refusal->box, refusal->text);
@@ -191,13 +196,7 @@ bool frmMeasure::SweepandMeasure(float Rsense, int32_t offsetCode) {
     timeHeader_.clear();
     qz::TimeRequest r;
     r.force = txtForceV->text().toStdString();
-    r.reference = referenceChoice();
-    r.prepared = {offsetCode, measGain_};
-    r.rsense = Rsense;
-    r.measMode = g.measMode;
-    r.sampleDelay = g.sampleDelay;
-    r.tempDelay = g.tempDelay;
-    r.cycleDelay = g.cycleDelay;
+    settings(r, offsetCode, Rsense);
     qz::TimePlan plan;
     if (const auto refusal = qz::planTimeRun(g, r, plan)) {
         refuse(refusal->box, refusal->text);

@@ -167,6 +167,8 @@ class frmMeasure : public forms::Panel {
     void wire();
 
     qz::ReferenceChoice referenceChoice() const;
+    // The settings both runs take from the panel and the session.
+    void settings(qz::RunSettings& r, int32_t offsetCode, float Rsense) const;
     // When a run starts and on what, and the lists' items it runs with, for its saved file.
     qz::RunStamp stamp() const;
     qz::MeasureChoices choices() const;

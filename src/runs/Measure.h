@@ -109,6 +109,16 @@ struct ReferenceChoice {
 // 5, 2.5, or the "Other" box as its Enter check takes it (or that check's refusal).
 DecimalCheck PickVREF(const ReferenceChoice& choice);
 
+// What both runs take from the panel besides their own fields: the reference, the head's
+// readings, the range's sense resistor, the measure mode and the delays.
+struct RunSettings {
+    ReferenceChoice reference;
+    Prepared prepared;
+    float rsense = 1.0f;
+    int16_t measMode = 0;
+    float sampleDelay = 0.0f, tempDelay = 0.0f, cycleDelay = 0.0f;
+};
+
 // The boxes a run or an entry may refuse.
 enum class Box { txtstartV, txtendV, txtstep, txtVREF, txtForceV };
 struct Refusal {

@@ -11,13 +11,8 @@
 namespace qz {
 
 // What the panel gives a sweep: its fields as typed and the working values of the run.
-struct SweepRequest {
+struct SweepRequest : RunSettings {
     std::string start, end, step; // txtstartV and txtendV in volts, txtstep in millivolts
-    ReferenceChoice reference;
-    Prepared prepared;
-    float rsense = 1.0f;
-    int16_t measMode = 0;
-    float sampleDelay = 0.0f, tempDelay = 0.0f, cycleDelay = 0.0f;
 };
 
 struct SweepPlan {

@@ -12,13 +12,8 @@ namespace qz {
 
 inline constexpr int kTimeSamples = 101;
 
-struct TimeRequest {
+struct TimeRequest : RunSettings {
     std::string force; // txtForceV, volts
-    ReferenceChoice reference;
-    Prepared prepared;
-    float rsense = 1.0f;
-    int16_t measMode = 0;
-    float sampleDelay = 0.0f, tempDelay = 0.0f, cycleDelay = 0.0f;
 };
 
 struct TimePlan {
