@@ -73,7 +73,61 @@ void addRow(QGridLayout* g, int row, const char* caption, std::initializer_list<
         g->addWidget(w, row, column++);
 }
 
-// A link-like button: the help labels and their "Close X".
+// The names and captions of what both run tabs have beside their own fields.
+struct RunHeadNames {
+    const char *plot, *stop, *min, *max, *delta;
+    const char *x, *xCaption, *y, *yCaption;
+    const char *copy, *save, *help;
+};
+struct RunHead {
+    QPushButton *plot, *stop;
+    QLineEdit *min, *max, *delta, *x, *y;
+    QPushButton *copy, *save, *help;
+};
+
+// PLOT and STOP, the Min/Max frame, the cursor's read-out and the list's buttons with the
+// help link, in that order along the tab's top row.
+RunHead addRunHead(QHBoxLayout* top, QWidget* page, const RunHeadNames& n) {
+    RunHead h{};
+    auto* buttons = new QVBoxLayout;
+    h.plot = makeButton(QString::fromLatin1(n.plot), QStringLiteral("PLOT"), page);
+    h.plot->setMinimumHeight(48);
+    h.stop = makeButton(QString::fromLatin1(n.stop), QStringLiteral("STOP"), page);
+    buttons->addWidget(h.plot);
+    buttons->addWidget(h.stop);
+    buttons->addStretch(1);
+    top->addLayout(buttons);
+
+    QGroupBox* range = makeFrame(QStringLiteral("Min/Max"), page);
+    auto* mg = new QGridLayout(range);
+    h.min = resultBox(n.min, range);
+    h.max = resultBox(n.max, range);
+    h.delta = resultBox(n.delta, range);
+    addRow(mg, 0, "Min", {h.min});
+    addRow(mg, 1, "Max", {h.max});
+    addRow(mg, 2, "Delta", {h.delta});
+    top->addWidget(range, 0, Qt::AlignTop);
+
+    QGroupBox* xy = makeFrame(QStringLiteral("PLOT XY Coordinates"), page);
+    auto* xg = new QGridLayout(xy);
+    h.x = resultBox(n.x, xy, 130);
+    h.y = resultBox(n.y, xy, 130);
+    addRow(xg, 0, n.xCaption, {h.x});
+    addRow(xg, 1, n.yCaption, {h.y});
+    top->addWidget(xy, 0, Qt::AlignTop);
+
+    auto* right = new QVBoxLayout;
+    h.copy = makeButton(QString::fromLatin1(n.copy), QStringLiteral("COPY DATA TO CLIPBOARD"), page);
+    h.save = makeButton(QString::fromLatin1(n.save), QStringLiteral("SAVE DATA..."), page);
+    h.help = forms::makeLink(QString::fromLatin1(n.help), QStringLiteral("HELP!?"), page);
+    right->addWidget(h.copy);
+    right->addWidget(h.save);
+    right->addWidget(h.help, 0, Qt::AlignLeft);
+    right->addStretch(1);
+    top->addLayout(right);
+    top->addStretch(1);
+    return h;
+}
 
 } // namespace
 
@@ -220,44 +274,19 @@ QWidget* frmMeasure::buildSweepTab() {
     addRow(fg, 2, "Voltage Step (mV)", {txtstep, txtstepcode});
     top->addWidget(force);
 
-    auto* buttons = new QVBoxLayout;
-    cmdPlot = makeButton(QStringLiteral("cmdPlot"), QStringLiteral("PLOT"), page);
-    cmdPlot->setMinimumHeight(48);
-    cmdStop = makeButton(QStringLiteral("cmdStop"), QStringLiteral("STOP"), page);
-    buttons->addWidget(cmdPlot);
-    buttons->addWidget(cmdStop);
-    buttons->addStretch(1);
-    top->addLayout(buttons);
-
-    QGroupBox* range = makeFrame(QStringLiteral("Min/Max"), page);
-    auto* mg = new QGridLayout(range);
-    txtmin = resultBox("txtmin", range);
-    txtMax = resultBox("txtMax", range);
-    txtdifff = resultBox("txtdifff", range);
-    addRow(mg, 0, "Min", {txtmin});
-    addRow(mg, 1, "Max", {txtMax});
-    addRow(mg, 2, "Delta", {txtdifff});
-    top->addWidget(range);
-
-    QGroupBox* xy = makeFrame(QStringLiteral("PLOT XY Coordinates"), page);
-    auto* xg = new QGridLayout(xy);
-    Text2 = resultBox("Text2", xy, 130);
-    Text3 = resultBox("Text3", xy, 130);
-    addRow(xg, 0, "Measured", {Text2});
-    addRow(xg, 1, "Code", {Text3});
-    top->addWidget(xy);
-
-    auto* right = new QVBoxLayout;
-    cmdCOPYTOCLIP =
-        makeButton(QStringLiteral("cmdCOPYTOCLIP"), QStringLiteral("COPY DATA TO CLIPBOARD"), page);
-    cmdSave = makeButton(QStringLiteral("cmdSave"), QStringLiteral("SAVE DATA..."), page);
-    Label16 = forms::makeLink(QString::fromLatin1("Label16"), QStringLiteral("HELP!?"), page);
-    right->addWidget(cmdCOPYTOCLIP);
-    right->addWidget(cmdSave);
-    right->addWidget(Label16, 0, Qt::AlignLeft);
-    right->addStretch(1);
-    top->addLayout(right);
-    top->addStretch(1);
+    const RunHead head = addRunHead(top, page,
+                                    {"cmdPlot", "cmdStop", "txtmin", "txtMax", "txtdifff", "Text2", "Measured",
+                                     "Text3", "Code", "cmdCOPYTOCLIP", "cmdSave", "Label16"});
+    cmdPlot = head.plot;
+    cmdStop = head.stop;
+    txtmin = head.min;
+    txtMax = head.max;
+    txtdifff = head.delta;
+    Text2 = head.x;
+    Text3 = head.y;
+    cmdCOPYTOCLIP = head.copy;
+    cmdSave = head.save;
+    Label16 = head.help;
     column->addLayout(top);
 
     auto* bottom = new QHBoxLayout;
@@ -290,43 +319,19 @@ QWidget* frmMeasure::buildTimeTab() {
     addRow(fg, 0, "Voltage (V)", {txtForceV, txtForceC});
     top->addWidget(force, 0, Qt::AlignTop);
 
-    auto* buttons = new QVBoxLayout;
-    cmdPlotit = makeButton(QStringLiteral("cmdPlotit"), QStringLiteral("PLOT"), page);
-    cmdPlotit->setMinimumHeight(48);
-    cmdStopit = makeButton(QStringLiteral("cmdStopit"), QStringLiteral("STOP"), page);
-    buttons->addWidget(cmdPlotit);
-    buttons->addWidget(cmdStopit);
-    buttons->addStretch(1);
-    top->addLayout(buttons);
-
-    QGroupBox* range = makeFrame(QStringLiteral("Min/Max"), page);
-    auto* mg = new QGridLayout(range);
-    txtmin1 = resultBox("txtmin1", range);
-    txtmax1 = resultBox("txtmax1", range);
-    txtdiff = resultBox("txtdiff", range);
-    addRow(mg, 0, "Min", {txtmin1});
-    addRow(mg, 1, "Max", {txtmax1});
-    addRow(mg, 2, "Delta", {txtdiff});
-    top->addWidget(range);
-
-    QGroupBox* xy = makeFrame(QStringLiteral("PLOT XY Coordinates"), page);
-    auto* xg = new QGridLayout(xy);
-    txtX = resultBox("txtX", xy, 130);
-    txtY = resultBox("txtY", xy, 130);
-    addRow(xg, 0, "Time (s)", {txtX});
-    addRow(xg, 1, "Measured", {txtY});
-    top->addWidget(xy, 0, Qt::AlignTop);
-
-    auto* right = new QVBoxLayout;
-    cmdCopy = makeButton(QStringLiteral("cmdCopy"), QStringLiteral("COPY DATA TO CLIPBOARD"), page);
-    cmdSaveit = makeButton(QStringLiteral("cmdSaveit"), QStringLiteral("SAVE DATA..."), page);
-    Label29 = forms::makeLink(QString::fromLatin1("Label29"), QStringLiteral("HELP!?"), page);
-    right->addWidget(cmdCopy);
-    right->addWidget(cmdSaveit);
-    right->addWidget(Label29, 0, Qt::AlignLeft);
-    right->addStretch(1);
-    top->addLayout(right);
-    top->addStretch(1);
+    const RunHead head = addRunHead(top, page,
+                                    {"cmdPlotit", "cmdStopit", "txtmin1", "txtmax1", "txtdiff", "txtX", "Time (s)",
+                                     "txtY", "Measured", "cmdCopy", "cmdSaveit", "Label29"});
+    cmdPlotit = head.plot;
+    cmdStopit = head.stop;
+    txtmin1 = head.min;
+    txtmax1 = head.max;
+    txtdiff = head.delta;
+    txtX = head.x;
+    txtY = head.y;
+    cmdCopy = head.copy;
+    cmdSaveit = head.save;
+    Label29 = head.help;
     column->addLayout(top);
 
     auto* bottom = new QHBoxLayout;
