@@ -15,7 +15,6 @@ import re
 import subprocess
 import sys
 import threading
-import time
 import traceback
 
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -211,19 +210,17 @@ def through_pymeasure(port, version):
         check(len(samples) == 101 and all(abs(v - 1.5) < VOLTAGE_TOLERANCE for v in samples),
               "time run gives 101 samples near 1.5 V (%d)" % len(samples))
 
-        # A slow sweep (500 ms a point, eleven points) stopped at once keeps what it took.
+        # A slow sweep (500 ms a point, 21 points) stopped at once keeps what it took: the
+        # points it did not take show that ABOR ended it, however busy the machine is.
         board.sweep_delay = 5
-        board.sweep_step = 100
-        started = time.monotonic()
+        board.sweep_step = 50
         board.init_sweep()
         check(board.running, "STAT:OPER? reports the sweep in progress")
         board.abort()
         check(board.wait_for_completion(timeout=30), "*OPC? answers 1 after ABOR")
-        elapsed = time.monotonic() - started
-        check(elapsed < 3.0, "ABOR ends the sweep early (%.2f s)" % elapsed)
         check(not board.running, "no run in progress after ABOR")
         kept = board.fetch_sweep()
-        check(1 <= len(kept) < 11, "the stopped sweep keeps its first points (%d)" % len(kept))
+        check(1 <= len(kept) < 21, "the stopped sweep keeps its first points (%d)" % len(kept))
         board.sweep_delay = 0
         check(board.check_errors() == [], "the runs queued no error")
         board.exit_program()
