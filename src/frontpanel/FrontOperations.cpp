@@ -101,7 +101,8 @@ void frmMain::fieldClick(const QString& name) {
         forms::setTwin(nav, Form::frmMAINQZ7740, name, item);
         if (ops->effect == FieldEffect::CurrentRange) {
             g.IRangeIndex = static_cast<int16_t>(item);
-            lblmA->setText(QString::fromLatin1(qz::kCurrentRanges[static_cast<size_t>(item)].lblmA));
+            if (const qz::CurrentRange* range = qz::currentRange(item))
+                lblmA->setText(QString::fromLatin1(range->lblmA));
         }
     }
     if (ops->effect == FieldEffect::CurrentGain) {

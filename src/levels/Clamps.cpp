@@ -47,10 +47,10 @@ ClampResult computeClamp(ClampSide side, std::string_view entry, int IRangeIndex
                          std::string_view txtEXT1rsense, std::string_view txtEXT2Rsense,
                          float imeasGain, float VREF) {
     const auto typed = parseSingle(entry);
-    if (!typed || IRangeIndex < 0 || IRangeIndex >= kCurrentRangeCount)
-        return refuse(kNotValidNumber, ClampBlame::Entry);
+    const CurrentRange* found = currentRange(IRangeIndex);
+    if (!typed || !found) return refuse(kNotValidNumber, ClampBlame::Entry);
 
-    const CurrentRange& range = kCurrentRanges[static_cast<size_t>(IRangeIndex)];
+    const CurrentRange& range = *found;
     float R = range.rsense;
     if (const DecimalField* box = rsenseField(range.rsenseBox)) {
         // The box is checked against its bounds only on its own Enter key, so it may hold

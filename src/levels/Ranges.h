@@ -3,6 +3,7 @@
 // the names the range lists show.
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace qz {
@@ -31,6 +32,13 @@ inline constexpr std::array<CurrentRange, kCurrentRangeCount> kCurrentRanges{{
     {0.0f, RsenseBox::EXT2, 1.0, "A"},
     {0.0f, RsenseBox::EXT1, 1.0, "A"},
 }};
+
+// The range of IRangeIndex as the front panel knows it; nullptr outside 0..6.
+inline const CurrentRange* currentRange(int IRangeIndex) {
+    return IRangeIndex >= 0 && IRangeIndex < kCurrentRangeCount
+               ? &kCurrentRanges[static_cast<size_t>(IRangeIndex)]
+               : nullptr;
+}
 
 using RangeNames = std::array<const char*, kCurrentRangeCount>;
 

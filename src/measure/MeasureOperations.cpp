@@ -141,9 +141,9 @@ void frmMeasure::cboMDelay_Click() {
 }
 
 void frmMeasure::Check1_Click() {
-    const int style = Check1->isChecked() ? 0 : 3;
-    for (forms::StripChart* chart : {Strip1, Strip2})
-        chart->setHandleStyle(style);
+    // "No Handles" is read and has no effect on this panel: the handles show after a sweep,
+    // whatever the box says.
+    (void)Check1->isChecked();
 }
 
 void frmMeasure::SSTab1_Click(int) {

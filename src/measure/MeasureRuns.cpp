@@ -66,9 +66,10 @@ qz::RunContext frmMeasure::context(forms::ResultList* list) {
             [list](std::string line) { list->addLine(std::move(line)); }};
 }
 
-void frmMeasure::showProgress(const qz::RunProgress& p) {
+void frmMeasure::showProgress(const qz::RunProgress& p, bool sweep) {
     lblREADSPI->setText(forms::hexText(p.adcCode, 1));
-    Text1->setText(forms::hexText(p.word, 1));
+    // The sweep shows each word it composes; the time run leaves Text1 to the DPS1 word.
+    if (sweep) Text1->setText(forms::hexText(p.word, 1));
     List1->flush();
     List2->flush();
 }
@@ -110,8 +111,9 @@ void frmMeasure::cmdPlot_Click() {
     forms::RunScope scope(*run_, [this] { finishRun(); });
     run_->begin(cmdStop, 0, *clock_, {});
     const qz::Prepared prepared = plotHead(true, List1, {Text2, Text3, txtmin, txtMax});
-    const float Rsense = qz::kSenseRanges[session.general.IRangeIndex].rsense;
-    if (!SweepV(Rsense, prepared.offsetCode)) return;
+    const float Rsense = qz::senseRange(session.general.IRangeIndex).rsense;
+    // A refused sweep ends in SweepV; the handler's tail runs all the same.
+    SweepV(Rsense, prepared.offsetCode);
     letEventsRun();
     for (forms::StripChart* chart : {Strip1, Strip2}) {
         chart->setCursorMode(2);
@@ -120,7 +122,7 @@ void frmMeasure::cmdPlot_Click() {
     Check1_Click();
 }
 
-bool frmMeasure::SweepV(float Rsense, int32_t offsetCode) {
+void frmMeasure::SweepV(float Rsense, int32_t offsetCode) {
     qz::General& g = session.general;
     g.IRangeIndex = 0;
     g.measMode = 0;
@@ -135,7 +137,7 @@ bool frmMeasure::SweepV(float Rsense, int32_t offsetCode) {
     qz::SweepPlan plan;
     if (const auto refusal = qz::planSweep(g, r, plan)) {
         refuse(refusal->box, refusal->text);
-        return false;
+        return;
     }
     txtdifff->clear();
     txtstart->setText(forms::hexText(plan.startCode, 1));
@@ -144,7 +146,7 @@ bool frmMeasure::SweepV(float Rsense, int32_t offsetCode) {
     sweepHeader_ =
         qz::headerLines("QZ7740 voltage sweep", qz::sweepSettings(stamp(), choices(), r, plan));
 
-    run_->begin(cmdStop, plan.n + 1, *clock_, [this](const qz::RunProgress& p) { showProgress(p); });
+    run_->begin(cmdStop, plan.n + 1, *clock_, [this](const qz::RunProgress& p) { showProgress(p, true); });
     const qz::SweepOutcome out = qz::runSweep(context(List1), plan, arrays);
     List1->flush();
     lblREADSPI->setText(forms::hexText(out.adcCode, 1));
@@ -161,7 +163,6 @@ bool frmMeasure::SweepV(float Rsense, int32_t offsetCode) {
                          [this](std::string line) { List1->addLine(std::move(line)); });
     List1->flush();
     Strip1->setTraceColor(kBlue);
-    return true;
 }
 
 void frmMeasure::ShowChartAxes(const qz::ChartBounds& b, int points, const std::vector<double>& d) {
@@ -182,14 +183,15 @@ void frmMeasure::cmdPlotit_Click() {
     forms::RunScope scope(*run_, [this] { finishRun(); });
     run_->begin(cmdStopit, 0, *clock_, {});
     const qz::Prepared prepared = plotHead(false, List2, {txtX, txtY, txtmin1, txtmax1, txtdiff});
-    const float Rsense = qz::kSenseRanges[session.general.IRangeIndex].rsense;
-    if (!SweepandMeasure(Rsense, prepared.offsetCode)) return;
+    const float Rsense = qz::senseRange(session.general.IRangeIndex).rsense;
+    SweepandMeasure(Rsense, prepared.offsetCode);
     letEventsRun();
+    // The handles are the sweep's to show: a time run leaves them as they are.
     Strip2->setCursorMode(2);
     Check1_Click();
 }
 
-bool frmMeasure::SweepandMeasure(float Rsense, int32_t offsetCode) {
+void frmMeasure::SweepandMeasure(float Rsense, int32_t offsetCode) {
     qz::General& g = session.general;
     g.IRangeIndex = 0;
     List2->clear();
@@ -200,13 +202,13 @@ bool frmMeasure::SweepandMeasure(float Rsense, int32_t offsetCode) {
     qz::TimePlan plan;
     if (const auto refusal = qz::planTimeRun(g, r, plan)) {
         refuse(refusal->box, refusal->text);
-        return false;
+        return;
     }
     txtForceC->setText(forms::hexText(plan.code, 1));
     timeHeader_ = qz::headerLines("QZ7740 measurement versus time",
                                   qz::timeSettings(stamp(), choices(), r, plan));
 
-    run_->begin(cmdStopit, qz::kTimeSamples, *clock_, [this](const qz::RunProgress& p) { showProgress(p); });
+    run_->begin(cmdStopit, qz::kTimeSamples, *clock_, [this](const qz::RunProgress& p) { showProgress(p, false); });
     const qz::TimeOutcome out = qz::runTime(context(List2), plan, arrays);
     List2->flush();
     lblREADSPI->setText(forms::hexText(out.adcCode, 1));
@@ -215,7 +217,6 @@ bool frmMeasure::SweepandMeasure(float Rsense, int32_t offsetCode) {
     txtdiff->setText(forms::qtext(qz::defaultText(out.range.max - out.range.min)));
     ShowTimeChart(qz::timeChartBounds(out.range),
                   plan.measMode == 1 ? arrays.timeMeasAmps : arrays.sweepMeasVolts);
-    return true;
 }
 
 void frmMeasure::ShowTimeChart(const qz::ChartBounds& b, const std::vector<double>& d) {

@@ -45,8 +45,9 @@ class frmMeasure : public forms::Panel {
 
     // "SWEEP VOLTAGE MEASURE CURRENT/VOLTAGE"
     void cmdPlot_Click();
-    // The sweep itself, after the head of cmdPlot; false when a field refused it.
-    bool SweepV(float Rsense, int32_t offsetCode);
+    // The sweep itself, after the head of cmdPlot; a refused field ends it before its
+    // first word.
+    void SweepV(float Rsense, int32_t offsetCode);
     void txtstartV_Enter();
     void txtendV_Enter();
     void txtstep_Enter();
@@ -56,7 +57,7 @@ class frmMeasure : public forms::Panel {
 
     // "MEASURE CURRENT/VOLTAGE VERSUS TIME"
     void cmdPlotit_Click();
-    bool SweepandMeasure(float Rsense, int32_t offsetCode);
+    void SweepandMeasure(float Rsense, int32_t offsetCode);
     void txtForceV_Enter();
     void cmdCopy_Click();
     void cmdSaveit_Click();
@@ -173,7 +174,7 @@ class frmMeasure : public forms::Panel {
     qz::RunStamp stamp() const;
     qz::MeasureChoices choices() const;
     qz::RunContext context(forms::ResultList* list);
-    void showProgress(const qz::RunProgress& p);
+    void showProgress(const qz::RunProgress& p, bool sweep);
     void refuse(qz::Box box, const std::string& text);
     void voltageEntry(QLineEdit* box);
     void ShowChartAxes(const qz::ChartBounds& b, int points, const std::vector<double>& d);

@@ -27,7 +27,10 @@ struct General {
 
     float VREF = 5.0f;        // volts
     float imeasGain = 20.0f;  // current-sense gain, 20 or 10
-    int16_t IRangeIndex = 0;  // current range, 0 to 6
+    // The current range, 0 to 6: the range field of DPS1 as the front panel's cboCurrent
+    // or the measurement panel's cboSweepI last chose it. The clamps read it through
+    // currentRange (levels/Ranges.h), the runs through senseRange (runs/Measure.h).
+    int16_t IRangeIndex = 0;
     int32_t DAClast = 0;      // the last composed DAC write word
     float VoutMax = 0.0f;     // output limits of the present codes, volts
     float VoutMin = 0.0f;

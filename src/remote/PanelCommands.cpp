@@ -144,7 +144,7 @@ double Instrument::reading(int measureItem, bool amps) {
     s.VREF = g.VREF;
     s.offsetCode = prepared.offsetCode;
     s.measGain = prepared.measGain;
-    s.rsense = qz::kSenseRanges[static_cast<size_t>(std::clamp<int>(g.IRangeIndex, 0, qz::kSenseRangeCount - 1))].rsense;
+    s.rsense = qz::senseRange(g.IRangeIndex).rsense;
     return amps ? s.MeasuredAmps(code) : s.MeasuredVolts(code);
 }
 

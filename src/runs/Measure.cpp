@@ -1,6 +1,7 @@
 #include "runs/Measure.h"
 
 #include "board/Wire.h"
+#include "levels/NumberText.h"
 #include "levels/Numbers.h"
 #include "levels/Reference.h"
 #include "levels/TransferLaw.h"
@@ -18,6 +19,10 @@ constexpr double kMeasoutInverse = 5.0;
 constexpr int32_t kGainBit = 0x2000;     // SYSreg bit 13: MEASOUT gain 0.2
 constexpr int32_t kSenseGain10 = 0x1000; // SYSreg bit 12: current-sense gain 10
 } // namespace
+
+const SenseRange& senseRange(int IRangeIndex) {
+    return kSenseRanges[IRangeIndex >= 0 && IRangeIndex < kSenseRangeCount ? IRangeIndex : 0];
+}
 
 int32_t rangeWord(int32_t word, int32_t keep, int index) {
     word &= keep;
@@ -119,6 +124,13 @@ DecimalCheck checkForceEntry(std::string_view text, float VREF, int32_t OFFSET) 
         r.text = std::string(text);
     }
     return r;
+}
+
+std::string stepTooSmallText(float VREF) {
+    const double codeMillivolts = spanOf(VREF) * 1000.0 / k2p16;
+    return "Voltage step too small: it gives no DAC code. Please reenter a voltage step of at "
+           "least one code, " +
+           formatNumber(codeMillivolts, "0.000") + "mV at this reference.";
 }
 
 DecimalCheck checkStepEntry(std::string_view text) {

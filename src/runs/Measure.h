@@ -35,6 +35,10 @@ inline constexpr SenseRange kSenseRanges[7] = {{"\u00B15uA", 0x0000, 100000.0f},
                                                {"\u00B1ext current range 2", 0x2800, 10.0f},
                                                {"\u00B1ext current range 1", 0x3000, 5.0f}};
 inline constexpr int kSenseRangeCount = 7;
+// The sense range of a run by IRangeIndex as cboSweepI leaves it. An index outside the
+// list takes the first range, as cmdPlot's own "IRangeIndex = 0" does before the list's
+// click puts back its choice.
+const SenseRange& senseRange(int IRangeIndex);
 
 // What each list leaves of the word before it puts in its own field.
 inline constexpr int32_t kRangeKeep = 0x287FF;   // cboSweepI, cboCurrent1, cboCurrent2
@@ -129,6 +133,8 @@ struct Refusal {
 inline constexpr const char* kStartAboveEnd = "Start Voltage must be less than End Voltage.";
 inline constexpr const char* kStepOutside =
     "Number outside range. Please reenter voltage step between 0 and 1000mV.";
+// A step that rounds to no DAC code at all: the text names one code's millivolts at VREF.
+std::string stepTooSmallText(float VREF);
 // Followed at once by Min, " and ", Max.
 inline constexpr const char* kVoltageOutside =
     "Number outside possible voltage range, please refer to transfer function and offset dac "

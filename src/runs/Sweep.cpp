@@ -40,7 +40,8 @@ std::optional<Refusal> planSweep(General& g, const SweepRequest& r, SweepPlan& p
     const std::optional<double> end = parseDecimal(r.end);
     if (!start) return Refusal{Box::txtstartV, kNotValidNumber};
     if (!end) return Refusal{Box::txtendV, kNotValidNumber};
-    if (*start > *end) return Refusal{Box::txtstartV, kStartAboveEnd};
+    // Equal ends give no line to step along, so they are refused as a start above the end.
+    if (*start >= *end) return Refusal{Box::txtstartV, kStartAboveEnd};
     const std::optional<float> step = parseSingle(r.step);
     if (!step) return Refusal{Box::txtstep, kNotValidNumber};
     const DecimalCheck vref = PickVREF(r.reference);
@@ -53,8 +54,11 @@ std::optional<Refusal> planSweep(General& g, const SweepRequest& r, SweepPlan& p
     const std::string outside = voltageOutsideText(vref.value, r.prepared.offsetCode);
     if (!inCodes(startCode)) return Refusal{Box::txtstartV, outside};
     if (!inCodes(endCode)) return Refusal{Box::txtendV, outside};
+    // The Enter check of txtstep is not repeated: a step typed without Enter runs as its
+    // text says, 2000 mV included. The run needs a whole number of codes, one at least.
     const std::optional<int32_t> stepCode = qz::stepCode(*step, vref.value);
-    if (!stepCode || *stepCode < 1 || *step > 1000.0f) return Refusal{Box::txtstep, kStepOutside};
+    if (!stepCode || *step < 0.0f) return Refusal{Box::txtstep, kStepOutside};
+    if (*stepCode < 1) return Refusal{Box::txtstep, stepTooSmallText(vref.value)};
 
     plan.measMode = r.measMode;
     plan.startCode = *startCode;

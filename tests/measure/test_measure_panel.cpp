@@ -114,8 +114,17 @@ TEST_F(Measure, ASweepSendsItsHeadThenOneWordAPointAndFillsItsFields) {
     }
     EXPECT_EQ(g.IRangeIndex, 0);
     qztest::clickBox(p->Check1);
-    EXPECT_EQ(p->Strip2->handleStyle(), 0) << "\"No Handles\" ticked";
+    QTest::mouseClick(p->cmdPlot, Qt::LeftButton);
+    EXPECT_EQ(p->Strip2->handleStyle(), 3) << "\"No Handles\" has no effect on this panel";
     EXPECT_TRUE(h.boxes.empty());
+}
+
+TEST_F(Measure, AStepTypedWithoutEnterRunsAsItsTextSays) {
+    p->txtstep->setText(QStringLiteral("2000"));
+    QTest::mouseClick(p->cmdPlot, Qt::LeftButton);
+    EXPECT_TRUE(h.boxes.empty());
+    EXPECT_EQ(p->txtstepcode->text(), QStringLiteral("13FB")) << "round(65536 x 2 / 25.625)";
+    EXPECT_EQ(p->List1->count(), 1 + 6 + 1 + 6);
 }
 
 TEST_F(Measure, EachRefusalOnItsFieldAndNothingSentAfterTheHead) {
@@ -134,7 +143,9 @@ TEST_F(Measure, EachRefusalOnItsFieldAndNothingSentAfterTheHead) {
         {p->txtstartV, "6", p->cmdPlot, "Start Voltage must be less than End Voltage."},
         {p->txtendV, "13", p->cmdPlot, outside},
         {p->txtstep, "0.1", p->cmdPlot,
-         "Number outside range. Please reenter voltage step between 0 and 1000mV."},
+         "Voltage step too small: it gives no DAC code. Please reenter a voltage step of at "
+         "least one code, 0.391mV at this reference."},
+        {p->txtstartV, "5", p->cmdPlot, "Start Voltage must be less than End Voltage."},
         {p->txtForceV, "", p->cmdPlotit, "Not a valid number. Please reenter it."},
         {p->txtForceV, "-13", p->cmdPlotit, outside},
         {p->txtVREF, "7", p->cmdPlot,
@@ -149,6 +160,12 @@ TEST_F(Measure, EachRefusalOnItsFieldAndNothingSentAfterTheHead) {
         EXPECT_EQ(sent(), kHead) << c.message;
         h.expectRefusal(c.box, c.message);
         EXPECT_EQ(p->List1->count() + p->List2->count(), 0);
+        // The PLOT handler's tail runs after a refusal too.
+        EXPECT_EQ(p->Strip2->cursorMode(), 2) << c.message;
+        if (c.plot == p->cmdPlot) {
+            for (forms::StripChart* chart : {p->Strip1, p->Strip2})
+                EXPECT_EQ(chart->handleStyle(), 3) << c.message;
+        }
         c.box->setText(kept);
     }
     EXPECT_EQ(board->conversions, 0);
@@ -193,6 +210,9 @@ TEST_F(Measure, ATimeRunOfHalfSecondsTakesNoRealTimeAndReadsByItsCursor) {
     EXPECT_LT(p->Strip2->yScaleBottom(), p->Strip2->yScaleTop()) << "equal readings, bounds apart";
     EXPECT_EQ(p->Strip2->cursorMode(), 2);
     EXPECT_EQ(p->Strip1->cursorMode(), 0) << "a time run leaves the sweep's chart";
+    for (forms::StripChart* chart : {p->Strip1, p->Strip2})
+        EXPECT_EQ(chart->handleStyle(), 0) << "the handles come with a sweep only";
+    EXPECT_EQ(p->Text1->text(), QStringLiteral("029930")) << "the DPS1 word, not the FIN word";
 
     p->Strip2->moveCursor(3);
     EXPECT_EQ(p->txtX->text(), QStringLiteral("0.2300"));

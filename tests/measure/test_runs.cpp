@@ -171,14 +171,17 @@ TEST(MeasureChecks, EntriesAndRunsRefuseWithTheirWords) {
         {Rig::sweep("abc"), qz::Box::txtstartV, "Not a valid number. Please reenter it."},
         {Rig::sweep("-5", ""), qz::Box::txtendV, "Not a valid number. Please reenter it."},
         {Rig::sweep("5", "-5"), qz::Box::txtstartV, "Start Voltage must be less than End Voltage."},
+        {Rig::sweep("2", "2.0"), qz::Box::txtstartV, "Start Voltage must be less than End Voltage."},
         {Rig::sweep("-5", "5", "1 mV"), qz::Box::txtstep, "Not a valid number. Please reenter it."},
         {other("7"), qz::Box::txtVREF,
          "Number outside Reference range. Please reenter reference voltage between 2V and +5V."},
         {Rig::sweep("-13"), qz::Box::txtstartV, kOutside5V},
         {Rig::sweep("-5", "12.82"), qz::Box::txtendV, kOutside5V},
-        {Rig::sweep("-5", "5", "0.19"), qz::Box::txtstep, step},
-        {Rig::sweep("-5", "5", "1000.5"), qz::Box::txtstep, step},
+        {Rig::sweep("-5", "5", "0.19"), qz::Box::txtstep,
+         "Voltage step too small: it gives no DAC code. Please reenter a voltage step of at "
+         "least one code, 0.391mV at this reference."},
         {Rig::sweep("-5", "5", "-100"), qz::Box::txtstep, step},
+        {Rig::sweep("-5", "5", "1e30"), qz::Box::txtstep, step},
     };
     for (const Case& c : cases) {
         qz::General g;
@@ -190,6 +193,11 @@ TEST(MeasureChecks, EntriesAndRunsRefuseWithTheirWords) {
     }
     qz::General g;
     qz::SweepPlan plan;
+    // The Enter check of the step is not repeated: a step past 1000 mV runs as typed.
+    for (const auto& [typed, code] : {std::pair{"1000.5", 2559}, {"2000", 5115}}) {
+        EXPECT_FALSE(qz::planSweep(g, Rig::sweep("-5", "5", typed), plan).has_value()) << typed;
+        EXPECT_EQ(plan.stepCode, code) << typed;
+    }
     EXPECT_FALSE(qz::planSweep(g, other("4.5"), plan).has_value());
     EXPECT_EQ(g.VREF, 4.5f) << "the run takes the Other box with its fraction";
 }
