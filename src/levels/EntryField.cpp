@@ -25,8 +25,10 @@ DecimalCheck refuseDecimal(const char* message) {
 FieldCheck checkHexField(const HexField& field, std::string_view text) {
     const auto v = parseHex(text);
     if (!v) return refuse(kNotValidNumber);
-    // A negative number (eight digits, the top bit set) lies past every field's range.
-    if (*v < 0 || *v > field.upper) return refuse(field.tooLarge);
+    // A negative number (eight digits, the top bit set) lies past every field's range, and
+    // below it: a field with a lower bound of its own says so with its words for too small.
+    if (*v < 0) return refuse(field.tooSmall ? field.tooSmall : field.tooLarge);
+    if (*v > field.upper) return refuse(field.tooLarge);
     if (field.tooSmall && *v < field.lower) return refuse(field.tooSmall);
     FieldCheck r;
     r.ok = true;

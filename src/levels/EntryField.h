@@ -22,9 +22,10 @@ struct FieldCheck {
 // A hexadecimal field: the text is read as hexadecimal (parseHex), tested against the
 // field's upper bound and, for txtCLHx1 alone, its lower bound; then upper-cased and
 // tidied by PadHex4. A negative value (an eight-digit text with its top bit set, as
-// "FFFF8000") is past every field's range and is refused with the field's tooLarge text:
-// cut to 16 bits it would let by a code the field refuses when typed short ("FFFFFF80"
-// in txtRampStep would send 0xFF80, far past its 0x7F). In the word box, eight digits
+// "FFFF8000") is refused, with the text of the bound it fails: tooSmall where the field
+// has a lower bound (txtCLHx1), tooLarge elsewhere. Cut to 16 bits it would let by a code
+// the field refuses when typed short ("FFFFFF80" in txtRampStep would send 0xFF80, far
+// past its 0x7F). In the word box, eight digits
 // that PadHex4 would cut to four show as the six of the word.
 FieldCheck checkHexField(const HexField& field, std::string_view text);
 

@@ -80,6 +80,8 @@ TEST_F(ConsoleDacWrite, HighClampCodeHasALowerBoundToo) {
     enter(f->txtCLHx1, QStringLiteral("7fff"));
     h.expectRefusal(f->txtCLHx1, "Number too small. Please reenter code between 0x8000 and 0xFFFF.");
     enter(f->txtCLHx1, QStringLiteral("FFFF8000"));
+    h.expectRefusal(f->txtCLHx1, "Number too small. Please reenter code between 0x8000 and 0xFFFF.");
+    enter(f->txtCLHx1, QStringLiteral("10000"));
     h.expectRefusal(f->txtCLHx1, "Number too large. Please reenter code between 0 and 0xFFFF.");
     enter(f->txtCLHx1, QStringLiteral("8000"));
     EXPECT_EQ(sent(), std::vector<int>{0x108000});

@@ -66,7 +66,8 @@ TEST(HexField, NegativeEightDigitTextIsRefusedWithTheBoundText) {
         {HexFieldId::txtFINM, "FFFF0123", kXFFFF},
         {HexFieldId::txtCLLx1, "FFFF8000",
          "Number too large. Please reenter code between 0 and 7FFF."},
-        {HexFieldId::txtCLHx1, "FFFF8000", kCLH},
+        {HexFieldId::txtCLHx1, "FFFF8000",
+         "Number too small. Please reenter code between 0x8000 and 0xFFFF."},
         {HexFieldId::txtRampStep, "FFFFFF80", kX7F},
         {HexFieldId::Text1, "FF812345", kWord},
         {HexFieldId::Text1, "80000000", kWord},
@@ -76,8 +77,9 @@ TEST(HexField, NegativeEightDigitTextIsRefusedWithTheBoundText) {
     // Every field alike: no negative code reaches a register.
     for (int id = 0; id < qz::kHexFieldCount; ++id) {
         const qz::HexField f = hexField(static_cast<HexFieldId>(id));
-        EXPECT_EQ(checkHexField(f, "ffff8000").message, f.tooLarge) << f.name;
-        EXPECT_EQ(checkHexField(f, "FFFFFFFF").message, f.tooLarge) << f.name;
+        const char* below = f.tooSmall ? f.tooSmall : f.tooLarge;
+        EXPECT_EQ(checkHexField(f, "ffff8000").message, below) << f.name;
+        EXPECT_EQ(checkHexField(f, "FFFFFFFF").message, below) << f.name;
     }
 }
 
