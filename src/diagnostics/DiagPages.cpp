@@ -156,6 +156,8 @@ QWidget* frmDIAG::buildThermalFrame() {
     column->addLayout(blocks);
     h->addLayout(column);
     h->addWidget(new Lead(QStringLiteral("GPO"), frmDIAGA));
+    // One TSENSE code in the word: one point chosen, whichever block it is drawn in.
+    forms::groupOptions(frmDIAGA, optTSENSE);
     for (int i = 0; i < qz::diag::kPoints; ++i)
         forms::onClick(optTSENSE[static_cast<size_t>(i)], [this, i] { optTSENSE_Click(i); });
     return frmDIAGA;

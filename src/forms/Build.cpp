@@ -5,6 +5,7 @@
 #include "registers/FieldOps.h"
 #include "registers/HexText.h"
 
+#include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QEvent>
@@ -63,6 +64,13 @@ QRadioButton* makeOption(const QString& name, const QString& caption, QWidget* p
     auto* o = new QRadioButton(caption, parent);
     o->setObjectName(name);
     return o;
+}
+
+void groupOptions(QWidget* owner, std::span<QRadioButton* const> options) {
+    auto* group = new QButtonGroup(owner);
+    group->setExclusive(true);
+    for (QRadioButton* o : options)
+        group->addButton(o);
 }
 
 QComboBox* makeList(const QString& name, std::initializer_list<const char*> items,

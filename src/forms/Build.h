@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
+#include <span>
 #include <string>
 
 class QCheckBox;
@@ -29,6 +30,9 @@ QPushButton* makeButton(const QString& name, const QString& caption, QWidget* pa
 QPushButton* makeLink(const QString& name, const QString& caption, QWidget* parent);
 QCheckBox* makeCheck(const QString& name, const QString& caption, bool checked, QWidget* parent);
 QRadioButton* makeOption(const QString& name, const QString& caption, QWidget* parent);
+// An option array whose members stand in several frames but choose one field of one word:
+// choosing any member clears all the others, whichever frame they stand in.
+void groupOptions(QWidget* owner, std::span<QRadioButton* const> options);
 // A list with its items; startText shows while no item is chosen.
 QComboBox* makeList(const QString& name, const QStringList& items, const QString& startText,
                     QWidget* parent);

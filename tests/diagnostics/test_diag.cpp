@@ -53,11 +53,20 @@ TEST_F(Diag, EachChoiceReplacesItsFieldAndGoesOutAtOnce) {
     clickBox(d->optTESTFORCE[3]);
     clickBox(d->optTESTFORCE[7]);
     EXPECT_EQ(sent(), (std::vector<int>{0x07C860, 0x07C860}));
+    // The word holds one point: one shows chosen, whichever drawn block it stands in.
+    auto points = [this] {
+        std::vector<int> on;
+        for (int i = 0; i < 25; ++i)
+            if (d->optTSENSE[static_cast<size_t>(i)]->isChecked()) on.push_back(i);
+        return on;
+    };
     clickBox(d->optTSENSE[0]);
     EXPECT_EQ(sent(), std::vector<int>{0x07C060});
+    EXPECT_EQ(points(), std::vector<int>{0}) << "DISABLED clears the load's point";
     clickBox(d->optTSENSE[24]);
     clickBox(d->optTSENSE[1]);
     EXPECT_EQ(sent(), (std::vector<int>{0x07CFE0, 0x07C460}));
+    EXPECT_EQ(points(), std::vector<int>{1});
     clickBox(d->optDIAGA[11]);
     clickBox(d->optTESTFORCE[6]);
     EXPECT_EQ(sent(), (std::vector<int>{0x070460, 0x070440}));
