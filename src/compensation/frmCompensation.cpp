@@ -68,7 +68,7 @@ frmCompensation::frmCompensation(qz::Session& s, forms::Navigator& n, QWidget* p
 QWidget* frmCompensation::buildRegister1Page() {
     QVBoxLayout* v;
     QWidget* p = forms::makePage(this, v);
-    txtCP1 = new forms::BitRow(QStringLiteral("txtCP1"), qz::rowCaptions(qz::kComp1Labels), p);
+    txtCP1 = new forms::BitRow(QStringLiteral("txtCP1"), qz::rowCaptions(qz::kComp1Labels), qz::kComp1Groups, p);
     v->addWidget(txtCP1, 0, Qt::AlignLeft);
 
     auto* frames = new QHBoxLayout;
@@ -106,7 +106,7 @@ QWidget* frmCompensation::buildRegister1Page() {
 QWidget* frmCompensation::buildRegister2Page() {
     QVBoxLayout* v;
     QWidget* p = forms::makePage(this, v);
-    txtCP2 = new forms::BitRow(QStringLiteral("txtCP2"), qz::rowCaptions(qz::kComp2Labels), p);
+    txtCP2 = new forms::BitRow(QStringLiteral("txtCP2"), qz::rowCaptions(qz::kComp2Labels), qz::kComp2Groups, p);
     v->addWidget(txtCP2, 0, Qt::AlignLeft);
     chkManualMode = forms::makeCheck(QStringLiteral("chkManualMode"),
                                      QString::fromLatin1(qz::kManualItem.text), false, p);

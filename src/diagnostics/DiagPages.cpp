@@ -126,7 +126,7 @@ QWidget* frmDIAG::buildRegisterFrame() {
     frmDiagREG = makeFrame(QStringLiteral("DIAGNOSTIC REGISTER"), this);
     frmDiagREG->setObjectName(QStringLiteral("frmDiagREG"));
     auto* l = new QVBoxLayout(frmDiagREG);
-    txtCP1 = new forms::BitRow(QStringLiteral("txtCP1"), qz::rowCaptions(qz::kDiagLabels), frmDiagREG);
+    txtCP1 = new forms::BitRow(QStringLiteral("txtCP1"), qz::rowCaptions(qz::kDiagLabels), qz::kDiagGroups, frmDiagREG);
     for (int k = 0; k < 24; ++k) txtCP1->setDigit(k, '0');
     l->addWidget(txtCP1, 0, Qt::AlignLeft);
     return frmDiagREG;
@@ -256,7 +256,7 @@ QWidget* frmDIAG::buildReadPage() {
     QGroupBox* frame = makeFrame(QStringLiteral("DIAGNOSTIC REGISTER"), p);
     frame->setObjectName(QStringLiteral("Frame5"));
     auto* fl = new QVBoxLayout(frame);
-    txtRD1 = new forms::BitRow(QStringLiteral("txtRD1"), qz::rowCaptions(qz::kDiagLabels), frame);
+    txtRD1 = new forms::BitRow(QStringLiteral("txtRD1"), qz::rowCaptions(qz::kDiagLabels), qz::kDiagGroups, frame);
     for (int k = 0; k < 24; ++k) txtRD1->setDigit(k, '0');
     fl->addWidget(txtRD1, 0, Qt::AlignLeft);
     v->addWidget(frame);

@@ -96,4 +96,15 @@ inline constexpr DataLabels kDiagLabels{
     "DIAG3", "DIAG2", "DIAG1", "DIAG0", "TSEN4", "TSEN3", "TSEN2", "TSEN1",
     "TSEN0", "FA1",   "FA0",   "D4",    "D3",    "D2",    "D1",    "D0"};
 
+// The fields of the words, as captions over their bits; R/W has none.
+inline constexpr BitGroup kComp1Groups[] = {{"REGISTER ADDRESS", 22, 16}, {"CDUT", 15, 12},
+                                            {"DUTALM", 11, 8},            {"SAFEMODE", 7, 7},
+                                            {"UNUSED DATA BITS", 6, 0}};
+inline constexpr BitGroup kComp2Groups[] = {
+    {"REGISTER ADDRESS", 22, 16}, {"MANUAL", 15, 15}, {"Rz", 14, 12}, {"Rp", 11, 9},
+    {"GM", 8, 7},                 {"CF", 6, 4},       {"CcX", 3, 1},  {"UNUSED DATA BITS", 0, 0}};
+inline constexpr BitGroup kDiagGroups[] = {{"REGISTER ADDRESS", 22, 16}, {"DIAG SELECT", 15, 12},
+                                           {"TSENSE SELECT", 11, 7},     {"TEST FORCE AMP", 6, 5},
+                                           {"UNUSED DATA BITS", 4, 0}};
+
 } // namespace qz

@@ -3,11 +3,15 @@
 #include "forms/Controls.h"
 #include "forms/TabControl.h"
 #include "registers/BitLabels.h"
+#include "console/frmMAINQZ7740.h"
+#include "support/Harness.h"
 #include "support/QtPrint.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -169,4 +173,53 @@ TEST(FormsTabControl, ClickOperationRunsWhenTheTabChanges) {
     EXPECT_FALSE(tabs.tabButton(2)->isChecked());
     tabs.setCurrentIndex(7);
     EXPECT_EQ(tabs.currentIndex(), 1);
+}
+
+// The rows of the compensation and diagnostics panels carry their fields' captions, each
+// over exactly the bits it spans, as labels a screen reader finds.
+TEST(FormsBitRow, FieldCaptionsStandOverTheirBitsOnEveryPanelThatHasThem) {
+    qztest::Harness h;
+    auto console = h.startConsole<frmMAINQZ7740>();
+    struct Field {
+        const char* caption;
+        int high, low;
+    };
+    const std::vector<Field> comp1 = {{"REGISTER ADDRESS", 22, 16}, {"CDUT", 15, 12},
+                                      {"DUTALM", 11, 8}, {"SAFEMODE", 7, 7}, {"UNUSED DATA BITS", 6, 0}};
+    const std::vector<Field> comp2 = {{"REGISTER ADDRESS", 22, 16}, {"MANUAL", 15, 15}, {"Rz", 14, 12},
+                                      {"Rp", 11, 9}, {"GM", 8, 7}, {"CF", 6, 4}, {"CcX", 3, 1},
+                                      {"UNUSED DATA BITS", 0, 0}};
+    const std::vector<Field> diag = {{"REGISTER ADDRESS", 22, 16}, {"DIAG SELECT", 15, 12},
+                                     {"TSENSE SELECT", 11, 7}, {"TEST FORCE AMP", 6, 5},
+                                     {"UNUSED DATA BITS", 4, 0}};
+    const std::tuple<forms::Form, const char*, const std::vector<Field>*> rows[] = {
+        {forms::Form::frmCompensation, "txtCP1", &comp1},
+        {forms::Form::frmCompensation, "txtCP2", &comp2},
+        {forms::Form::frmDIAG, "txtCP1", &diag},
+        {forms::Form::frmDIAG, "txtRD1", &diag}};
+    for (const auto& [form, name, fields] : rows) {
+        QWidget* panel = h.nav.show(form);
+        auto* row = panel->findChild<forms::BitRow*>(QString::fromLatin1(name));
+        ASSERT_NE(row, nullptr) << name;
+        // Laid out at its own size, also where its page is not the one on top.
+        row->layout()->setGeometry(QRect(QPoint(), row->sizeHint()));
+        const auto captions = row->findChildren<QLabel*>();
+        EXPECT_EQ(captions.size(), static_cast<qsizetype>(fields->size())) << name << ": R/W has none";
+        for (const Field& f : *fields) {
+            const QString at = QStringLiteral("%1Group(%2)").arg(QLatin1String(name)).arg(f.high);
+            auto* label = row->findChild<QLabel*>(at);
+            ASSERT_NE(label, nullptr) << at.toStdString();
+            EXPECT_EQ(label->text().toStdString(), f.caption);
+            EXPECT_EQ(label->accessibleName().toStdString(), f.caption);
+            const QRect span = label->geometry();
+            EXPECT_LE(span.left(), row->box(f.high)->geometry().left()) << f.caption;
+            EXPECT_GE(span.right(), row->box(f.low)->geometry().right()) << f.caption;
+            if (f.high < 23) {
+                EXPECT_GT(span.left(), row->box(f.high + 1)->geometry().right()) << f.caption;
+            }
+            if (f.low > 0) {
+                EXPECT_LT(span.right(), row->box(f.low - 1)->geometry().left()) << f.caption;
+            }
+        }
+    }
 }
