@@ -134,10 +134,10 @@ void TempRunEngine(benchmark::State& state) {
     for (auto _ : state) {
         state.PauseTiming();
         Rig rig;
+        rig.session->general.tempDelay = qz::kTempDelays[1].seconds;
         qz::TempArrays temps;
         state.ResumeTiming();
-        const int32_t taken = qz::runTemperatures(rig.context(), qz::kTempDelays[1].seconds, false,
-                                                  temps, {});
+        const int32_t taken = qz::runTemperatures(rig.context(), false, temps, {});
         if (taken != qz::kTempReadings) state.SkipWithError("the run ended early");
     }
 }

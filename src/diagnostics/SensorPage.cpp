@@ -191,8 +191,9 @@ void frmDIAG::wireSensorPage() {
     Strip1->onCursorMoved([this](double x) { Strip1_CursorMoved(x); });
     connect(Label29, &QPushButton::clicked, FrmHELP, &QWidget::show);
     connect(Label30, &QPushButton::clicked, FrmHELP, &QWidget::hide);
-    // A run blocks what would start another or send into it; STOP stays live.
-    run_->block({cmdPLOTTEMP, cmdReadI2C, cmdREADTempSensor, cmdwriteTempSensor, cmdWRITEDIAGREG, cmdSave});
+    // A run blocks a second run and the saving of a list still growing. The rest of the
+    // panel stays live: its requests go out in the event pass, between two readings.
+    run_->block({cmdPLOTTEMP, cmdSave});
 }
 
 void frmDIAG::sensorEntry(QLineEdit* box) {
@@ -300,7 +301,7 @@ void frmDIAG::cmdPLOTTEMP_Click() {
         txtcount->setText(QString::number(i));
         txtExt->setText(degrees(external));
     };
-    tempCount = qz::runTemperatures(ctx, delay, tempStopped != 0, temps, show);
+    tempCount = qz::runTemperatures(ctx, tempStopped != 0, temps, show);
     List2->flush();
     Strip1->flush();
     QCoreApplication::processEvents();

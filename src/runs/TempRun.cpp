@@ -9,11 +9,11 @@ double externalDegrees(int32_t whole, int32_t fraction) {
     return whole + ((fraction >> 6) & 3) * 0.25;
 }
 
-int32_t runTemperatures(const RunContext& ctx, float tempDelay, bool stopped, TempArrays& a,
-                        const TempShow& show) {
+int32_t runTemperatures(const RunContext& ctx, bool stopped, TempArrays& a, const TempShow& show) {
     for (auto* v : {&a.local, &a.externalWhole, &a.external, &a.time}) v->assign(kTempReadings, 0.0);
     ctx.addLine(joinColumns({"time", "local temp sensor", "QZ7740 Thermal Array"}));
     USBStuff& usb = ctx.session.usb;
+    const float& tempDelay = ctx.session.general.tempDelay;
     std::string time; // the first row's time field stands empty
     float elapsed = 0.0f;
     int32_t i = 0;

@@ -57,9 +57,9 @@ struct TempShow {
 };
 
 // The run: the heading row, then readings until 1001 are taken or the event pass says
-// stop (a stop already asked gives the heading row alone). Each reading waits tempDelay
-// after its event pass. Returns the number of readings taken.
-int32_t runTemperatures(const RunContext& ctx, float tempDelay, bool stopped, TempArrays& a,
-                        const TempShow& show);
+// stop (a stop already asked gives the heading row alone). The session's tempDelay is read
+// at every reading, so a delay chosen in an event pass counts from then on: it is added to
+// the time column before the pass and waited after it. Returns the readings taken.
+int32_t runTemperatures(const RunContext& ctx, bool stopped, TempArrays& a, const TempShow& show);
 
 } // namespace qz

@@ -177,3 +177,66 @@ TEST_F(Sensor, ARunShowsItsProgressAndStopKeepsTheReadingsSoFarForTheFileToo) {
     EXPECT_EQ(saved.rest, QApplication::clipboard()->text().toStdString());
     EXPECT_EQ(saved.rest.substr(0, 45), "time\tlocal temp sensor\tQZ7740 Thermal Array\r\n");
 }
+
+TEST_F(Sensor, ThePanelStaysLiveBetweenReadingsAndANewDelayCountsFromThen) {
+    qztest::ActingClock acting;
+    d->useClock(acting);
+    pick(d->cboDelay, 1); // "No Delay"
+    d->txtAddrPtr->setText(QStringLiteral("0005"));
+    d->txtPTR->setText(QStringLiteral("0009"));
+    d->txtdata->setText(QStringLiteral("0042"));
+    std::vector<std::string> before;
+    // In the wait after the third reading the operator's clicks are queued; they run in the
+    // fourth reading's event pass. STOP follows in the wait after the fifth.
+    acting.at(3, [&] {
+        QTimer::singleShot(0, d, [&] {
+            before = h.trace.fresh();
+            pick(d->cboDelay, 5); // "500ms"
+            for (QPushButton* b : {d->cmdReadI2C, d->cmdREADTempSensor, d->cmdwriteTempSensor})
+                QTest::mouseClick(b, Qt::LeftButton);
+            d->SSTab2->setCurrentIndex(0);
+            QTest::mouseClick(d->cmdWRITEDIAGREG, Qt::LeftButton);
+            acting.at(2, [&] { QTimer::singleShot(0, d, [&] { clickBox(d->Check1); }); });
+        });
+    });
+    h.trace.fresh();
+    QTest::mouseClick(d->cmdPLOTTEMP, Qt::LeftButton);
+
+    auto starts = [](const std::vector<std::string>& lines, size_t at, const char* head) {
+        return at < lines.size() && lines[at].rfind(head, 0) == 0;
+    };
+    auto reading = [&](const std::vector<std::string>& lines, size_t at) {
+        return starts(lines, at, "VR 236 0000 0000 IN 1") && starts(lines, at + 1, "VR 236 0001 0000 IN 1") &&
+               starts(lines, at + 2, "VR 236 0010 0000 IN 1");
+    };
+    // Four whole readings went out before the clicks ran, and nothing else.
+    ASSERT_EQ(before.size(), 12u);
+    for (size_t k = 0; k < 12; k += 3)
+        EXPECT_TRUE(reading(before, k)) << k;
+    // READ TEMPS: the diagnostic and DPS1 words, the status until the sensor is ready, and
+    // its reading; then READ FROM, WRITE TO and WRITE DIAG REG; then the run's own two
+    // readings, whole, to its stop.
+    const std::vector<std::string> after = h.trace.fresh();
+    EXPECT_TRUE(starts(after, 0, "VR 221 0800 0007") && starts(after, 1, "VR 221 9950 0002"));
+    size_t k = 2;
+    while (starts(after, k, "VR 236 0002 0000 IN 1")) ++k;
+    const size_t polls = k - 2;
+    ASSERT_GE(polls, 1u);
+    EXPECT_TRUE(reading(after, k));
+    EXPECT_TRUE(starts(after, k + 3, "VR 236 0005 0000 IN 1")) << "READ FROM";
+    EXPECT_TRUE(starts(after, k + 4, "VR 236 0009 0042 OUT")) << "WRITE TO";
+    EXPECT_TRUE(starts(after, k + 5, "VR 221 0800 0007") && starts(after, k + 6, "VR 221 9950 0002"))
+        << "WRITE DIAG REG";
+    EXPECT_TRUE(reading(after, k + 7));
+    EXPECT_TRUE(reading(after, k + 10));
+    EXPECT_EQ(after.size(), k + 13);
+
+    // The time column took 0.0001 up to the fourth reading and 0.5 from then on; so did
+    // the waits, each counted from its event pass's start (READ TEMPS's polls inside it).
+    const std::vector<std::string>& lines = d->List2->lines();
+    ASSERT_EQ(lines.size(), 1u + 6);
+    const char* times[] = {"", "0.0001", "0.0002", "0.0003", "0.0004", "0.5004"};
+    for (size_t i = 0; i < 6; ++i)
+        EXPECT_EQ(lines[i + 1].substr(0, lines[i + 1].find('\t')), times[i]) << i;
+    EXPECT_NEAR(acting.seconds(), 3 * 0.0001 + 3 * 0.5, 1e-6);
+}
