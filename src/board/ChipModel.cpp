@@ -43,7 +43,7 @@ constexpr int kVoltageRow = 7;
 constexpr std::array<bool, 128> kDacX1 = [] {
     std::array<bool, 128> t{};
     t[kFinX1] = t[kCllX1] = t[kClhX1] = true;
-    for (ComparatorRow r : kComparatorRows)
+    for (ComparatorDacs r : kComparatorDacs)
         t[r.cpl] = t[r.cph] = true;
     return t;
 }();
@@ -180,7 +180,7 @@ void ChipModel::evaluate() {
     const int function = (dps1 >> 9) & 3;
     if (function >= 2) {
         const bool current = function == 2;
-        const ComparatorRow row = kComparatorRows[current ? range.row : kVoltageRow];
+        const ComparatorDacs row = kComparatorDacs[current ? range.row : kVoltageRow];
         const auto level = [&](int x1) {
             return current ? senseVolts(dacCode(x1)) / (range.ohms * gain)
                            : forceVolts(dacCode(x1));
@@ -227,8 +227,8 @@ double ChipModel::measoutNode(int source, double ohms, double gain, int row) con
     case Node::ForceDac: return forceVolts(dacCode(kFinX1));
     case Node::CllDac: return senseVolts(dacCode(kCllX1));
     case Node::ClhDac: return senseVolts(dacCode(kClhX1));
-    case Node::CplDac: return senseVolts(dacCode(kComparatorRows[row].cpl));
-    case Node::CphDac: return senseVolts(dacCode(kComparatorRows[row].cph));
+    case Node::CplDac: return senseVolts(dacCode(kComparatorDacs[row].cpl));
+    case Node::CphDac: return senseVolts(dacCode(kComparatorDacs[row].cph));
     }
     return 0.0;
 }

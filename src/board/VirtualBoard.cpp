@@ -46,7 +46,7 @@ constexpr RegInit kPowerOn[] = {
 // A comparator DAC register: which of x1, m, c it is (member 0, 1, 2) and whether it
 // belongs to CPH.
 bool comparatorTriple(int address, int& member, bool& high) {
-    for (ComparatorRow row : kComparatorRows) {
+    for (ComparatorDacs row : kComparatorDacs) {
         for (int base : {row.cpl, row.cph}) {
             if (address >= base && address <= base + 2) {
                 member = address - base;
@@ -63,7 +63,7 @@ constexpr std::array<bool, 128> kIsRegister = [] {
     std::array<bool, 128> t{};
     for (const RegInit& r : kPowerOn)
         for (int a = r.first; a <= r.last; ++a) t[static_cast<size_t>(a)] = true;
-    for (ComparatorRow row : kComparatorRows)
+    for (ComparatorDacs row : kComparatorDacs)
         for (int k = 0; k < 3; ++k) t[row.cpl + k] = t[row.cph + k] = true;
     return t;
 }();

@@ -230,7 +230,7 @@ QWidget* frmMAINQZ7740::buildReadDacTab() {
     cboCOMPDACs = forms::makeList(QStringLiteral("cboCOMPDACs"), forms::itemsOf(qz::kComparatorItems),
                                   QStringLiteral("CPL DAC"), comps);
     cboCurrentRange = forms::makeList(QStringLiteral("cboCurrentRange"),
-                                      forms::itemsOf(qz::kComparatorRowNames, &qz::ComparatorRow::item),
+                                      forms::itemsOf(qz::kComparatorRowNames, &qz::ComparatorRowName::item),
                                       QStringLiteral("5uA"), comps);
     Combo2 = forms::makeList(QStringLiteral("Combo2"), forms::itemsOf(qz::kDacMemberItems), QStringLiteral("x1"), comps);
     cmdREADCOMPDACs = makeButton(QStringLiteral("cmdREADCOMPDACs"), QStringLiteral("READ COMPARATOR DACs"), comps);

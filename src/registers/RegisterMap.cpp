@@ -1,5 +1,7 @@
 #include "registers/RegisterMap.h"
 
+#include <algorithm>
+
 namespace qz {
 
 namespace {
@@ -33,16 +35,11 @@ constexpr Register kRegisters[] = {
     {0x44, 0xC40000, "READ ALARM STATUS AND CLEAR"},
 };
 
-// First x1 address of each comparator's rows; the last row is the voltage range.
-constexpr int kFirstRow[2] = {0x13, 0x28};
-constexpr int kVoltageRow[2] = {0x45, 0x48};
-
 } // namespace
 
 int comparatorAddress(Comparator which, int row, DacMember member) {
-    const int w = static_cast<int>(which);
-    const int base = row == kComparatorRows - 1 ? kVoltageRow[w] : kFirstRow[w] + 3 * row;
-    return base + static_cast<int>(member);
+    const ComparatorDacs& dacs = kComparatorDacs[static_cast<size_t>(std::clamp(row, 0, kComparatorRows - 1))];
+    return (which == Comparator::CPL ? dacs.cpl : dacs.cph) + static_cast<int>(member);
 }
 
 const Register* findRegister(int address) {

@@ -2,6 +2,7 @@
 // The chip's registers as the program knows them: address, read command, the name on
 // the panels, and the data bits' labels. Field masks live with the panels' operations.
 
+#include "board/Comparators.h"
 #include "registers/BitLabels.h"
 
 #include <cstdint>
@@ -51,12 +52,12 @@ constexpr int32_t writeWord(int address, int32_t data) {
 // no step rule reaches it.
 enum class Comparator { CPL = 0, CPH = 1 };
 enum class DacMember { X1 = 0, M = 1, C = 2 };
-inline constexpr int kComparatorRows = 8;
-struct ComparatorRow {
+inline constexpr int kComparatorRows = static_cast<int>(kComparatorDacs.size());
+struct ComparatorRowName {
     const char* item;    // in the read page's range list
     const char* caption; // beside the row of boxes on the write page
 };
-inline constexpr ComparatorRow kComparatorRowNames[kComparatorRows] = {
+inline constexpr ComparatorRowName kComparatorRowNames[kComparatorRows] = {
     {"5uA", "\u00B15uA"},          {"25uA", "\u00B125uA"},       {"250uA", "\u00B1250uA"},
     {"2.5mA", "\u00B12.5mA"},      {"25mA", "\u00B125mA"},       {"Ext1 Range", "\u00B1Ext 1"},
     {"Ext2 Range", "\u00B1Ext 2"}, {"Voltage Range", "Voltage Range"}};

@@ -6,6 +6,7 @@
 #include "board/VirtualBoard.h"
 #include "board/Wire.h"
 #include "levels/TransferLaw.h"
+#include "registers/RegisterMap.h"
 
 #include <gtest/gtest.h>
 
@@ -120,7 +121,13 @@ TEST_F(MeasureLoop, TheAlarmSetupDisablesOrStopsLatchingTheClampAlarm) {
 }
 
 TEST_F(MeasureLoop, ComparatorsReportTheCurrentOrTheVoltageAgainstThePresentLevels) {
-    // 2.5mA row: CPL -0.1 mA, CPH 0.2 mA; voltage row: -1 V and 1 V.
+    // 2.5mA row: CPL -0.1 mA, CPH 0.2 mA; voltage row: -1 V and 1 V. The console composes
+    // the same addresses as the chip model reads.
+    using qz::Comparator, qz::DacMember;
+    EXPECT_EQ(qz::comparatorAddress(Comparator::CPL, 3, DacMember::X1), 0x1C);
+    EXPECT_EQ(qz::comparatorAddress(Comparator::CPH, 3, DacMember::C), 0x33);
+    EXPECT_EQ(qz::comparatorAddress(Comparator::CPL, 7, DacMember::X1), 0x45);
+    EXPECT_EQ(qz::comparatorAddress(Comparator::CPH, 7, DacMember::X1), 0x48);
     for (int32_t w : {0x1C7C01, 0x3187FE}) usb.WriteSPIWord(w);
     usb.WriteSPIWord(0x450000 | *qz::codeForVolts(-1.0, 5.0f, offsetCode));
     usb.WriteSPIWord(0x480000 | *qz::codeForVolts(1.0, 5.0f, offsetCode));
