@@ -1,5 +1,7 @@
 #include "forms/Navigator.h"
 
+#include <QtGlobal>
+
 namespace forms {
 
 void Navigator::registerForm(Form form, Factory factory, Loader load) {
@@ -44,6 +46,14 @@ void Navigator::unload(Form form) {
         f->deleteLater();
     }
     forms_.erase(it);
+}
+
+QString ControlRef::objectName() const {
+    return member < 0 ? QString::fromLatin1(name) : QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(member);
+}
+
+void missingControl(Form form, const QString& control, const char* kind) {
+    qFatal("no %s named \"%s\" on %s", kind, qPrintable(control), qPrintable(formName(form)));
 }
 
 } // namespace forms

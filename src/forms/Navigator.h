@@ -45,11 +45,29 @@ private:
     std::map<Form, QPointer<QWidget>> forms_;
 };
 
+// A control of another panel: the panel and the control's name, with the member's index
+// for a member of a control array.
+struct ControlRef {
+    Form form;
+    const char* name;
+    int member = -1;
+    QString objectName() const;
+};
+
 // A control of another panel, by name. As with the forms of old, reaching for a control
-// loads its panel; nullptr when the program lacks the panel or the panel the control.
+// loads its panel; nullptr only when the program lacks the panel. A panel that lacks the
+// control, or has it as another kind, is a fault of the program: it stops at once with
+// the name it looked for, rather than let an Enter or a click do nothing.
+[[noreturn]] void missingControl(Form form, const QString& control, const char* kind);
 template <typename T> T* controlOf(Navigator& nav, Form form, const QString& control) {
-    QWidget* f = nav.load(form);
-    return f ? f->findChild<T*>(control) : nullptr;
+    QWidget* panel = nav.load(form);
+    if (!panel) return nullptr;
+    T* t = panel->findChild<T*>(control);
+    if (!t) missingControl(form, control, T::staticMetaObject.className());
+    return t;
+}
+template <typename T> T* controlOf(Navigator& nav, const ControlRef& ref) {
+    return controlOf<T>(nav, ref.form, ref.objectName());
 }
 
 } // namespace forms

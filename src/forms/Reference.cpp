@@ -1,4 +1,5 @@
 #include "forms/Reference.h"
+#include "forms/CrossPanel.h"
 
 #include "forms/Build.h"
 #include "forms/Controls.h"
@@ -33,10 +34,10 @@ void followReference(Navigator& nav, int index, const QLineEdit* txtVREF,
                      std::initializer_list<Form> others) {
     for (Form other : others) {
         if (index == 2) {
-            if (auto* box = controlOf<QLineEdit>(nav, other, QStringLiteral("txtVREF")))
+            if (auto* box = controlOf<QLineEdit>(nav, ref::referenceBox(other)))
                 box->setText(txtVREF->text());
         }
-        setTwin(nav, other, member("optRef", index), 1);
+        setTwin(nav, other, ref::referenceOption(other, index).objectName(), 1);
     }
 }
 

@@ -15,6 +15,7 @@ class QStackedWidget;
 namespace forms {
 
 class TabControl : public QWidget {
+    Q_OBJECT
 public:
     TabControl(const QString& name, int tabsPerRow, QWidget* parent = nullptr);
 

@@ -2,6 +2,7 @@
 // masks as the compensation panel, but each selection goes to the chip at once.
 
 #include "frontpanel/frmMain.h"
+#include "forms/CrossPanel.h"
 
 #include "forms/Build.h"
 #include "forms/Controls.h"
@@ -50,7 +51,6 @@ void frmMain::cboCR_Click() {
 void frmMain::cmdManualComp_Click() {
     // An existing compensation panel keeps its words; only a new one loads afresh.
     nav.show(Form::frmCompensation);
-    auto* tabs = dynamic_cast<forms::TabControl*>(
-        forms::controlOf<QWidget>(nav, Form::frmCompensation, QStringLiteral("SSTab1")));
-    if (tabs) tabs->setCurrentIndex(1);
+    if (auto* tabs = forms::controlOf<forms::TabControl>(nav, forms::ref::kCompensationTabs))
+        tabs->setCurrentIndex(1);
 }

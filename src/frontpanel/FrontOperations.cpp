@@ -3,6 +3,7 @@
 // clamps; the reads show their words; the alarms light their lamps.
 
 #include "frontpanel/frmMain.h"
+#include "forms/CrossPanel.h"
 
 #include "board/Wire.h"
 #include "forms/Build.h"
@@ -138,8 +139,8 @@ void frmMain::UpdateRangeNames() {
 }
 
 std::optional<std::array<int32_t, 3>> frmMain::codes() {
-    auto* m = forms::controlOf<QLineEdit>(nav, Form::frmMAINQZ7740, QStringLiteral("txtFINM"));
-    auto* c = forms::controlOf<QLineEdit>(nav, Form::frmMAINQZ7740, QStringLiteral("txtFINC"));
+    auto* m = forms::controlOf<QLineEdit>(nav, forms::ref::kConsoleFinM);
+    auto* c = forms::controlOf<QLineEdit>(nav, forms::ref::kConsoleFinC);
     std::optional<int32_t> offset, mCode, cCode;
     if (!m || !c || !(offset = forms::readCode(OFFSETx1)) || !(mCode = forms::readCode(m)) ||
         !(cCode = forms::readCode(c)))
@@ -159,7 +160,7 @@ bool frmMain::UpdateOutputLimits() {
     g.VoutMax = limits.VoutMax;
     g.VoutMin = limits.VoutMin;
     // The console's x1 box shows the code of 0 V; the chip keeps the code it has.
-    if (auto* x1 = forms::controlOf<QLineEdit>(nav, Form::frmMAINQZ7740, QStringLiteral("txtFINx1")))
+    if (auto* x1 = forms::controlOf<QLineEdit>(nav, forms::ref::kConsoleFinX1))
         x1->setText(qtext(limits.txtFINx1));
     txtOutputVh->setText(qtext(limits.txtOutputVh));
     txtOutputVl->setText(qtext(limits.txtOutputVl));
@@ -182,7 +183,7 @@ bool frmMain::ForceVoltage() {
         return false;
     }
     txtDaccode->setText(qtext(r.txtDaccode));
-    if (auto* x1 = forms::controlOf<QLineEdit>(nav, Form::frmMAINQZ7740, QStringLiteral("txtFINx1")))
+    if (auto* x1 = forms::controlOf<QLineEdit>(nav, forms::ref::kConsoleFinX1))
         x1->setText(qtext(r.txtDaccode));
     txtOutputV->setText(qtext(r.txtOutputV));
     g.DAClast = r.DAClast;
@@ -228,7 +229,7 @@ void frmMain::OFFSETx1_Enter() {
     showWrite(g.DAClast);
     session.SPIout(g.DAClast);
     // One way only: the console's box follows this one, never the other way round.
-    if (auto* console = forms::controlOf<QLineEdit>(nav, Form::frmMAINQZ7740, forms::member("OFFSETx1", 0)))
+    if (auto* console = forms::controlOf<QLineEdit>(nav, forms::ref::kConsoleOffset))
         console->setText(OFFSETx1->text());
     UpdateOutputLimits();
 }
@@ -298,7 +299,6 @@ void frmMain::cmdEXIT_Click() { forms::endProgram(); }
 void frmMain::Command6_Click() {
     nav.show(Form::frmMAINQZ7740);
     // Tab 4 of the console: "WRITE DAC REG".
-    auto* tabs = dynamic_cast<forms::TabControl*>(
-        forms::controlOf<QWidget>(nav, Form::frmMAINQZ7740, QStringLiteral("QZ7740")));
-    if (tabs) tabs->setCurrentIndex(4);
+    if (auto* tabs = forms::controlOf<forms::TabControl>(nav, forms::ref::kConsoleTabs))
+        tabs->setCurrentIndex(4);
 }

@@ -95,6 +95,10 @@ std::span<const char* const> listItems(std::string_view control) {
     return {};
 }
 
+std::span<const ControlOps> allControls() {
+    return kControls;
+}
+
 const ControlOps* findControl(std::string_view name) {
     for (const ControlOps& c : kControls)
         if (name == c.name) return &c;

@@ -46,6 +46,8 @@ std::span<const char* const> listItems(std::string_view control);
 
 // The control of that name, or nullptr.
 const ControlOps* findControl(std::string_view name);
+// Every control of the table.
+std::span<const ControlOps> allControls();
 
 // The word after item of control; a word outside the items comes back unchanged.
 int32_t applyField(int32_t word, const ControlOps& control, int item);

@@ -150,10 +150,16 @@ frmMeasure* Instrument::measure() { return static_cast<frmMeasure*>(nav_.load(Fo
 frmDIAG* Instrument::diag() { return static_cast<frmDIAG*>(nav_.load(Form::frmDIAG)); }
 
 QWidget* Instrument::currentControl() {
-    QWidget* panel = nav_.load(controlForm_);
-    QWidget* control = panel ? panel->findChild<QWidget*>(QString::fromLatin1(controlName_)) : nullptr;
+    QWidget* control = forms::controlOf<QWidget>(nav_, controlForm_, QString::fromLatin1(controlName_));
     if (!control) throw Refused{standardError(err::kExecution)};
     return control;
+}
+
+std::vector<forms::ControlRef> Instrument::panelControls() {
+    std::vector<forms::ControlRef> refs;
+    for (const ControlCommand& c : kControls)
+        refs.push_back({c.form, c.control});
+    return refs;
 }
 
 Instrument::Reply Instrument::execute(std::string_view text) {

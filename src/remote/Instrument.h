@@ -104,6 +104,9 @@ class Instrument : public QObject {
     std::string checkSet(const Params&);
     std::string checkQuery(const Params&);
 
+    // The panels' controls that the control table's commands work on.
+    static std::vector<forms::ControlRef> panelControls();
+
     // A refusal of a handler: it ends the command with this error in the queue.
     struct Refused {
         Error error;

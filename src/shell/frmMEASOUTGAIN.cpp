@@ -1,4 +1,5 @@
 #include "shell/frmMEASOUTGAIN.h"
+#include "forms/CrossPanel.h"
 
 #include "forms/Build.h"
 #include "shell/Texts.h"
@@ -47,7 +48,7 @@ frmMEASOUTGAIN::frmMEASOUTGAIN(qz::Session& s, forms::Navigator& n, QWidget* par
 }
 
 void frmMEASOUTGAIN::showOnConsole() {
-    if (auto* text1 = forms::controlOf<QLineEdit>(nav_, forms::Form::frmMAINQZ7740, QStringLiteral("Text1")))
+    if (auto* text1 = forms::controlOf<QLineEdit>(nav_, forms::ref::kConsoleWord))
         text1->setText(forms::hexText(session_.general.SYSreg, 6));
 }
 

@@ -4,7 +4,10 @@
 // closes a panel as its "Close" does.
 
 #include "diagnostics/frmDIAG.h"
+#include "forms/CrossPanel.h"
 #include "forms/TabControl.h"
+#include "registers/FieldOps.h"
+#include "remote/Instrument.h"
 #include "support/ConsoleFixture.h"
 
 #include <QAction>
@@ -239,4 +242,36 @@ TEST_F(Navigation, ARunHoldsItsPanelsCloseUntilItEndsWhileExitEndsAtOnce) {
     d->cmdPLOTTEMP_Click();
     EXPECT_TRUE(checked);
     EXPECT_EQ(h.nav.loaded(Form::frmDIAG), nullptr) << "the held close comes at the run's end";
+}
+
+// Every control one panel reaches on another by name is there: the fixed references, the
+// VREF groups, the twins of the control table on both panels, and the remote control's.
+TEST_F(Navigation, EveryCrossPanelReferenceFindsItsControl) {
+    std::vector<forms::ControlRef> refs(std::begin(forms::ref::kFixed), std::end(forms::ref::kFixed));
+    for (Form panel : forms::ref::kReferencePanels) {
+        refs.push_back(forms::ref::referenceBox(panel));
+        for (int k = 0; k < 3; ++k)
+            refs.push_back(forms::ref::referenceOption(panel, k));
+    }
+    for (const qz::ControlOps& c : qz::allControls()) {
+        refs.push_back({Form::frmMAINQZ7740, c.name});
+        if (c.twin) refs.push_back({Form::frmMain, c.name});
+    }
+    for (const forms::ControlRef& r : qz::remote::Instrument::panelControls())
+        refs.push_back(r);
+    for (const forms::ControlRef& r : refs) {
+        QWidget* panel = h.nav.load(r.form);
+        ASSERT_NE(panel, nullptr);
+        EXPECT_NE(panel->findChild<QWidget*>(r.objectName()), nullptr)
+            << forms::formName(r.form).toStdString() << " lacks " << r.objectName().toStdString();
+    }
+}
+
+TEST_F(Navigation, AMisspeltControlOfAnotherPanelStopsTheProgramWithItsName) {
+    // The panels' threads make a forked child unsafe: the child starts the tests afresh.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(forms::controlOf<QLineEdit>(h.nav, {Form::frmMAINQZ7740, "txtFINm"}),
+                 "no QLineEdit named \"txtFINm\" on frmMAINQZ7740");
+    EXPECT_DEATH(forms::controlOf<QLineEdit>(h.nav, {Form::frmMAINQZ7740, "QZ7740"}),
+                 "no QLineEdit named \"QZ7740\"") << "a control of another kind";
 }
