@@ -6,6 +6,7 @@
 
 #include "forms/BitRow.h"
 #include "forms/Build.h"
+#include "forms/Reference.h"
 #include "forms/TabControl.h"
 #include "registers/RegisterMap.h"
 
@@ -68,24 +69,10 @@ QWidget* frmMAINQZ7740::buildWriteDacTab() {
     codes->addWidget(txtDGS, 1, 1);
     side->addLayout(codes);
 
-    QGroupBox* vref = forms::makeFrame(QStringLiteral("VREF"), p);
-    vref->setObjectName(QStringLiteral("frmVref"));
-    auto* rv = new QGridLayout(vref);
-    const char* refs[3] = {"5V", "2.5V", "Other"};
-    for (int i = 0; i < 3; ++i) {
-        optRef[static_cast<size_t>(i)] = forms::makeOption(forms::member("optRef", i), QString::fromLatin1(refs[i]), vref);
-        rv->addWidget(optRef[static_cast<size_t>(i)], i, 0);
-    }
-    optRef[0]->setChecked(true);
-    txtVREF = new QLineEdit(QStringLiteral("2"), vref);
-    txtVREF->setObjectName(QStringLiteral("txtVREF"));
-    txtVREF->setMaximumWidth(70);
-    rv->addWidget(txtVREF, 2, 1);
-    rv->addWidget(makeCaption("V", vref), 2, 2);
-    rv->addWidget(makeNote("NOTE: For correct FV output calculation, VREF selection on eval board must "
-                       "match this selection.",
-                       vref),
-                  3, 0, 1, 3);
+    QGroupBox* vref = forms::buildReferenceFrame(
+        p, optRef, txtVREF,
+        "NOTE: For correct FV output calculation, VREF selection on eval board must match this "
+        "selection.");
     vref->setMaximumWidth(300);
     side->addWidget(vref);
     side->addWidget(makeHead("HIT ENTER TO LOAD DATA", p));

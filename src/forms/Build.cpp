@@ -137,6 +137,31 @@ QLineEdit* makeOutBox(const QString& name, QWidget* parent, int chars) {
     return e;
 }
 
+QLineEdit* makeNumberBox(const char* name, const char* text, QWidget* parent, int width) {
+    auto* e = new QLineEdit(QString::fromLatin1(text), parent);
+    e->setObjectName(QString::fromLatin1(name));
+    e->setAlignment(Qt::AlignRight);
+    e->setFixedWidth(width);
+    return e;
+}
+
+QLineEdit* makeReadingBox(const char* name, QWidget* parent, int width) {
+    QLineEdit* e = makeOutBox(QString::fromLatin1(name), parent);
+    e->setAlignment(Qt::AlignRight);
+    e->setFixedWidth(width);
+    return e;
+}
+
+void addRow(QGridLayout* grid, int row, const char* caption, std::initializer_list<QWidget*> widgets,
+            const char* unit) {
+    QWidget* parent = grid->parentWidget();
+    grid->addWidget(makeCaption(caption, parent), row, 0);
+    int column = 1;
+    for (QWidget* w : widgets)
+        grid->addWidget(w, row, column++);
+    if (unit) grid->addWidget(makeCaption(unit, parent), row, column);
+}
+
 QGroupBox* makeFrame(const QString& title, QWidget* parent) { return new QGroupBox(title, parent); }
 
 QLineEdit* addCaptionedBox(QGridLayout* grid, int row, int column, const char* caption,

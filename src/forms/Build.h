@@ -58,6 +58,14 @@ QLineEdit* makeHexBox(const QString& name, const QString& text, int chars, QWidg
 QLineEdit* makeEntryBox(const qz::HexField& field, QWidget* parent, int member = -1);
 // An entry box's look with no typing: it shows a code.
 QLineEdit* makeOutBox(const QString& name, QWidget* parent, int chars = 8);
+// A decimal entry box, right-aligned, of a fixed width in pixels.
+QLineEdit* makeNumberBox(const char* name, const char* text, QWidget* parent, int width = 90);
+// A box of a reading or result, right-aligned like the number boxes beside it.
+QLineEdit* makeReadingBox(const char* name, QWidget* parent, int width = 90);
+// One row of a grid: its caption, the widgets in the next columns, then the unit's
+// caption where one is given.
+void addRow(QGridLayout* grid, int row, const char* caption, std::initializer_list<QWidget*> widgets,
+            const char* unit = nullptr);
 QGroupBox* makeFrame(const QString& title, QWidget* parent);
 // An output box under its caption, in one column of a grid (the WRITE and READ words).
 QLineEdit* addCaptionedBox(QGridLayout* grid, int row, int column, const char* caption,

@@ -7,12 +7,19 @@
 #include <initializer_list>
 #include <optional>
 
+class QGroupBox;
 class QLineEdit;
 class QRadioButton;
+class QWidget;
 
 namespace forms {
 
 using ReferenceOptions = std::array<QRadioButton*, 3>;
+
+// The frame "frmVref" captioned "VREF": the options "5V" (chosen at start), "2.5V" and
+// "Other", the "Other" box with its unit beside it, and the panel's note under them, if any.
+QGroupBox* buildReferenceFrame(QWidget* parent, ReferenceOptions& optRef, QLineEdit*& txtVREF,
+                               const char* note = nullptr);
 
 // The reference of option index: 5 or 2.5, or the number of the "Other" box once its
 // check passes. A box that fails it is refused and the option in use is selected again

@@ -5,6 +5,7 @@
 #include "frontpanel/frmMain.h"
 
 #include "forms/Build.h"
+#include "forms/Reference.h"
 #include "forms/Controls.h"
 #include "forms/Entry.h"
 #include "forms/Lamp.h"
@@ -30,35 +31,6 @@ using forms::makeCaption;
 using forms::makeCheck;
 using forms::makeFrame;
 using forms::makeList;
-
-namespace {
-
-// A decimal entry box: right-aligned, wide enough for a signed reading.
-QLineEdit* numberBox(const char* name, const char* text, QWidget* parent) {
-    auto* e = new QLineEdit(QString::fromLatin1(text), parent);
-    e->setObjectName(QString::fromLatin1(name));
-    e->setAlignment(Qt::AlignRight);
-    e->setFixedWidth(90);
-    return e;
-}
-
-// An output box of a reading, right-aligned like the entries beside it.
-QLineEdit* readingBox(const char* name, QWidget* parent) {
-    QLineEdit* e = forms::makeOutBox(QString::fromLatin1(name), parent);
-    e->setAlignment(Qt::AlignRight);
-    e->setFixedWidth(90);
-    return e;
-}
-
-// One row of a frame: caption, box, unit.
-void addRow(QGridLayout* g, int row, const char* caption, QWidget* box, const char* unit = nullptr) {
-    QWidget* parent = g->parentWidget();
-    g->addWidget(makeCaption(caption, parent), row, 0);
-    g->addWidget(box, row, 1);
-    if (unit) g->addWidget(makeCaption(unit, parent), row, 2);
-}
-
-} // namespace
 
 frmMain::frmMain(qz::Session& s, forms::Navigator& n, QWidget* parent)
     : forms::Panel(s, n, forms::Form::frmMain, QStringLiteral("QZ7740 Main Menu"), parent) {
@@ -102,34 +74,20 @@ frmMain::frmMain(qz::Session& s, forms::Navigator& n, QWidget* parent)
 QWidget* frmMain::buildForceFrame() {
     QGroupBox* frame = makeFrame(QStringLiteral("FORCE VOLTAGE"), this);
     auto* g = new QGridLayout(frame);
-    txtV = numberBox("txtV", "", frame);
-    addRow(g, 0, "Force", txtV, "V");
+    txtV = forms::makeNumberBox("txtV", "", frame);
+    forms::addRow(g, 0, "Force", {txtV}, "V");
     OFFSETx1 = forms::makeEntryBox(qz::hexField(qz::HexFieldId::frmMain_OFFSETx1), frame, 0);
-    addRow(g, 1, "Offset DAC", OFFSETx1);
-    txtDaccode = readingBox("txtDaccode", frame);
-    addRow(g, 2, "FIN DAC code", txtDaccode);
-    txtOutputV = readingBox("txtOutputV", frame);
-    addRow(g, 3, "Output", txtOutputV, "V");
-    txtOutputVl = readingBox("txtOutputVl", frame);
-    addRow(g, 4, "Z/S", txtOutputVl, "V");
-    txtOutputVh = readingBox("txtOutputVh", frame);
-    addRow(g, 5, "F/S", txtOutputVh, "V");
+    forms::addRow(g, 1, "Offset DAC", {OFFSETx1});
+    txtDaccode = forms::makeReadingBox("txtDaccode", frame);
+    forms::addRow(g, 2, "FIN DAC code", {txtDaccode});
+    txtOutputV = forms::makeReadingBox("txtOutputV", frame);
+    forms::addRow(g, 3, "Output", {txtOutputV}, "V");
+    txtOutputVl = forms::makeReadingBox("txtOutputVl", frame);
+    forms::addRow(g, 4, "Z/S", {txtOutputVl}, "V");
+    txtOutputVh = forms::makeReadingBox("txtOutputVh", frame);
+    forms::addRow(g, 5, "F/S", {txtOutputVh}, "V");
 
-    QGroupBox* vref = makeFrame(QStringLiteral("VREF"), frame);
-    vref->setObjectName(QStringLiteral("frmVref"));
-    auto* r = new QHBoxLayout(vref);
-    const char* refs[3] = {"5V", "2.5V", "Other"};
-    for (int i = 0; i < 3; ++i) {
-        optRef[static_cast<size_t>(i)] = forms::makeOption(forms::member("optRef", i), QString::fromLatin1(refs[i]), vref);
-        r->addWidget(optRef[static_cast<size_t>(i)]);
-    }
-    optRef[0]->setChecked(true);
-    txtVREF = numberBox("txtVREF", "2", vref);
-    txtVREF->setFixedWidth(50);
-    r->addWidget(txtVREF);
-    r->addWidget(makeCaption("V", vref));
-    r->addStretch(1);
-    g->addWidget(vref, 6, 0, 1, 3);
+    g->addWidget(forms::buildReferenceFrame(frame, optRef, txtVREF), 6, 0, 1, 3);
     g->setColumnStretch(3, 1);
     return frame;
 }
@@ -152,17 +110,17 @@ QWidget* frmMain::buildClampFrame() {
     auto* g = new QGridLayout(frame);
     chkCLAMPEN = makeCheck(QStringLiteral("chkCLAMPEN"), QStringLiteral("Enable Current Clamp"), true, frame);
     g->addWidget(chkCLAMPEN, 0, 0, 1, 3);
-    txtclamph = numberBox("txtclamph", "", frame);
-    txtClampl = numberBox("txtClampl", "", frame);
-    addRow(g, 1, "High Clamp", txtclamph);
-    addRow(g, 2, "Low Clamp", txtClampl);
+    txtclamph = forms::makeNumberBox("txtclamph", "", frame);
+    txtClampl = forms::makeNumberBox("txtClampl", "", frame);
+    forms::addRow(g, 1, "High Clamp", {txtclamph});
+    forms::addRow(g, 2, "Low Clamp", {txtClampl});
     // One unit for both clamps: it follows the range.
     lblmA = forms::makeLabel(QStringLiteral("lblmA"), QString(), frame);
     g->addWidget(lblmA, 1, 2, 2, 1, Qt::AlignVCenter);
-    txtEXT1rsense = numberBox(qz::ktxtEXT1rsense.name, qz::ktxtEXT1rsense.startText, frame);
-    txtEXT2Rsense = numberBox(qz::ktxtEXT2Rsense.name, qz::ktxtEXT2Rsense.startText, frame);
-    addRow(g, 3, "EXT1 Rsense", txtEXT1rsense, "\u03A9");
-    addRow(g, 4, "EXT2 Rsense", txtEXT2Rsense, "\u03A9");
+    txtEXT1rsense = forms::makeNumberBox(qz::ktxtEXT1rsense.name, qz::ktxtEXT1rsense.startText, frame);
+    txtEXT2Rsense = forms::makeNumberBox(qz::ktxtEXT2Rsense.name, qz::ktxtEXT2Rsense.startText, frame);
+    forms::addRow(g, 3, "EXT1 Rsense", {txtEXT1rsense}, "\u03A9");
+    forms::addRow(g, 4, "EXT2 Rsense", {txtEXT2Rsense}, "\u03A9");
     g->setColumnStretch(3, 1);
     return frame;
 }
@@ -195,10 +153,10 @@ QWidget* frmMain::buildSystemFrame() {
     cboSlew = forms::makeFieldList("cboSlew", QStringLiteral("1 V/us"), frame);
     cboSysforce = forms::makeFieldList("cboSysforce", QStringLiteral("SYSTEM FORCE/SENSE OPEN"), frame);
     tempset = forms::makeFieldList("tempset", QStringLiteral("ENABLED AT 130degC"), frame);
-    addRow(g, 0, "GANG MODE", cboSlave);
-    addRow(g, 1, "SLEW RATE", cboSlew);
-    addRow(g, 2, "SYSTEM FORCE/SENSE CONNECTION", cboSysforce);
-    addRow(g, 3, "DIE THERMAL SHUTDOWN", tempset);
+    forms::addRow(g, 0, "GANG MODE", {cboSlave});
+    forms::addRow(g, 1, "SLEW RATE", {cboSlew});
+    forms::addRow(g, 2, "SYSTEM FORCE/SENSE CONNECTION", {cboSysforce});
+    forms::addRow(g, 3, "DIE THERMAL SHUTDOWN", {tempset});
     chk10k = makeCheck(QStringLiteral("chk10k"), QStringLiteral("10K Resistor connected between Force/Sense"),
                        false, frame);
     chkGPO = makeCheck(QStringLiteral("chkGPO"), QStringLiteral("GPO"), false, frame);

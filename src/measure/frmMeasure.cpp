@@ -5,6 +5,7 @@
 #include "measure/frmMeasure.h"
 
 #include "forms/Build.h"
+#include "forms/Reference.h"
 #include "forms/Menus.h"
 #include "forms/ResultList.h"
 #include "forms/StripChart.h"
@@ -42,35 +43,10 @@ constexpr const char* kCopyHelp =
     "At the end of the readings, the list data may be copied to clipboard and brought to "
     "another program for analysis. ";
 
-// A decimal entry, right-aligned.
-QLineEdit* numberBox(const char* name, const char* text, QWidget* parent) {
-    auto* e = new QLineEdit(QString::fromLatin1(text), parent);
-    e->setObjectName(QString::fromLatin1(name));
-    e->setAlignment(Qt::AlignRight);
-    e->setFixedWidth(80);
-    return e;
-}
-
-// A box the panel writes a result into.
-QLineEdit* resultBox(const char* name, QWidget* parent, int width = 110) {
-    QLineEdit* e = forms::makeOutBox(QString::fromLatin1(name), parent);
-    e->setAlignment(Qt::AlignRight);
-    e->setFixedWidth(width);
-    return e;
-}
-
 QGroupBox* namedFrame(const char* name, const char* title, QWidget* parent) {
     QGroupBox* f = makeFrame(QString::fromLatin1(title), parent);
     if (name) f->setObjectName(QString::fromLatin1(name));
     return f;
-}
-
-// One row of a grid: caption, then the widgets in the next columns.
-void addRow(QGridLayout* g, int row, const char* caption, std::initializer_list<QWidget*> widgets) {
-    g->addWidget(makeCaption(caption, g->parentWidget()), row, 0);
-    int column = 1;
-    for (QWidget* w : widgets)
-        g->addWidget(w, row, column++);
 }
 
 // The names and captions of what both run tabs have beside their own fields.
@@ -100,20 +76,20 @@ RunHead addRunHead(QHBoxLayout* top, QWidget* page, const RunHeadNames& n) {
 
     QGroupBox* range = makeFrame(QStringLiteral("Min/Max"), page);
     auto* mg = new QGridLayout(range);
-    h.min = resultBox(n.min, range);
-    h.max = resultBox(n.max, range);
-    h.delta = resultBox(n.delta, range);
-    addRow(mg, 0, "Min", {h.min});
-    addRow(mg, 1, "Max", {h.max});
-    addRow(mg, 2, "Delta", {h.delta});
+    h.min = forms::makeReadingBox(n.min, range, 110);
+    h.max = forms::makeReadingBox(n.max, range, 110);
+    h.delta = forms::makeReadingBox(n.delta, range, 110);
+    forms::addRow(mg, 0, "Min", {h.min});
+    forms::addRow(mg, 1, "Max", {h.max});
+    forms::addRow(mg, 2, "Delta", {h.delta});
     top->addWidget(range, 0, Qt::AlignTop);
 
     QGroupBox* xy = makeFrame(QStringLiteral("PLOT XY Coordinates"), page);
     auto* xg = new QGridLayout(xy);
-    h.x = resultBox(n.x, xy, 130);
-    h.y = resultBox(n.y, xy, 130);
-    addRow(xg, 0, n.xCaption, {h.x});
-    addRow(xg, 1, n.yCaption, {h.y});
+    h.x = forms::makeReadingBox(n.x, xy, 130);
+    h.y = forms::makeReadingBox(n.y, xy, 130);
+    forms::addRow(xg, 0, n.xCaption, {h.x});
+    forms::addRow(xg, 1, n.yCaption, {h.y});
     top->addWidget(xy, 0, Qt::AlignTop);
 
     auto* right = new QVBoxLayout;
@@ -170,21 +146,8 @@ QWidget* frmMeasure::buildSide() {
     auto* v = new QVBoxLayout(side);
     v->setContentsMargins(0, 0, 0, 0);
 
-    frmVref = namedFrame("frmVref", "VREF", side);
-    auto* rg = new QGridLayout(frmVref);
-    const char* refs[3] = {"5V", "2.5V", "Other"};
-    for (int i = 0; i < 3; ++i) {
-        optRef[static_cast<size_t>(i)] =
-            forms::makeOption(forms::member("optRef", i), QString::fromLatin1(refs[i]), frmVref);
-        rg->addWidget(optRef[static_cast<size_t>(i)], i, 0);
-    }
-    optRef[0]->setChecked(true);
-    txtVREF = numberBox("txtVREF", "2", frmVref);
-    txtVREF->setFixedWidth(50);
-    rg->addWidget(txtVREF, 2, 1);
-    rg->addWidget(makeCaption("V", frmVref), 2, 2);
-    rg->addWidget(forms::makeNote("NOTE: VREF selection must match eval board selection.", frmVref),
-                  3, 0, 1, 3);
+    frmVref = forms::buildReferenceFrame(side, optRef, txtVREF,
+                                         "NOTE: VREF selection must match eval board selection.");
     v->addWidget(frmVref);
 
     Frame1 = namedFrame("Frame1", "CURRENT RANGE", side);
@@ -263,15 +226,15 @@ QWidget* frmMeasure::buildSweepTab() {
 
     QGroupBox* force = makeFrame(QStringLiteral("FORCE VOLTAGE"), page);
     auto* fg = new QGridLayout(force);
-    txtstartV = numberBox("txtstartV", "-5", force);
-    txtendV = numberBox("txtendV", "5", force);
-    txtstep = numberBox("txtstep", "1000", force);
-    txtstart = resultBox("txtstart", force, 60);
-    txtend = resultBox("txtend", force, 60);
-    txtstepcode = resultBox("txtstepcode", force, 60);
-    addRow(fg, 0, "Start Voltage (V)", {txtstartV, txtstart});
-    addRow(fg, 1, "End Voltage (V)", {txtendV, txtend});
-    addRow(fg, 2, "Voltage Step (mV)", {txtstep, txtstepcode});
+    txtstartV = forms::makeNumberBox("txtstartV", "-5", force, 80);
+    txtendV = forms::makeNumberBox("txtendV", "5", force, 80);
+    txtstep = forms::makeNumberBox("txtstep", "1000", force, 80);
+    txtstart = forms::makeReadingBox("txtstart", force, 60);
+    txtend = forms::makeReadingBox("txtend", force, 60);
+    txtstepcode = forms::makeReadingBox("txtstepcode", force, 60);
+    forms::addRow(fg, 0, "Start Voltage (V)", {txtstartV, txtstart});
+    forms::addRow(fg, 1, "End Voltage (V)", {txtendV, txtend});
+    forms::addRow(fg, 2, "Voltage Step (mV)", {txtstep, txtstepcode});
     top->addWidget(force);
 
     const RunHead head = addRunHead(top, page,
@@ -314,9 +277,9 @@ QWidget* frmMeasure::buildTimeTab() {
 
     QGroupBox* force = makeFrame(QStringLiteral("FORCE VOLTAGE"), page);
     auto* fg = new QGridLayout(force);
-    txtForceV = numberBox("txtForceV", "5", force);
-    txtForceC = resultBox("txtForceC", force, 60);
-    addRow(fg, 0, "Voltage (V)", {txtForceV, txtForceC});
+    txtForceV = forms::makeNumberBox("txtForceV", "5", force, 80);
+    txtForceC = forms::makeReadingBox("txtForceC", force, 60);
+    forms::addRow(fg, 0, "Voltage (V)", {txtForceV, txtForceC});
     top->addWidget(force, 0, Qt::AlignTop);
 
     const RunHead head = addRunHead(top, page,
@@ -362,9 +325,9 @@ QWidget* frmMeasure::buildStimulusTab() {
     cboFINREG = makeList(QStringLiteral("cboFINREG"), ranges, QString(), fin);
     txtFINSET1 = forms::makeHexBox(QStringLiteral("txtFINSET1"), QStringLiteral("0000"), 4, fin);
     txtFINSET2 = forms::makeHexBox(QStringLiteral("txtFINSET2"), QStringLiteral("8000"), 4, fin);
-    addRow(fg, 0, "Current Range", {cboFINREG});
-    addRow(fg, 1, "first code", {txtFINSET1});
-    addRow(fg, 2, "second code", {txtFINSET2});
+    forms::addRow(fg, 0, "Current Range", {cboFINREG});
+    forms::addRow(fg, 1, "first code", {txtFINSET1});
+    forms::addRow(fg, 2, "second code", {txtFINSET2});
     cmdWRITESET = makeButton(QStringLiteral("cmdWRITESET"), QStringLiteral("WRITE DAC CODES"), fin);
     fg->addWidget(cmdWRITESET, 3, 0, 1, 2);
     fg->addWidget(forms::makeNote("Delay of about 200ms between writes.", fin), 4, 0, 1, 2);
@@ -382,14 +345,14 @@ QWidget* frmMeasure::buildStimulusTab() {
     txtrange1 = forms::makeOutBox(QStringLiteral("txtrange1"), ranged, 6);
     txtrange2 = forms::makeOutBox(QStringLiteral("txtrange2"), ranged, 6);
     txtfincode = forms::makeOutBox(QStringLiteral("txtfincode"), ranged, 6);
-    addRow(rg, 0, "1st Range", {cboCurrent1});
-    addRow(rg, 1, "2nd Range", {cboCurrent2});
-    addRow(rg, 2, "FORCE VOLTAGE DAC CODE", {txtdin});
+    forms::addRow(rg, 0, "1st Range", {cboCurrent1});
+    forms::addRow(rg, 1, "2nd Range", {cboCurrent2});
+    forms::addRow(rg, 2, "FORCE VOLTAGE DAC CODE", {txtdin});
     cmdRangeChange = makeButton(QStringLiteral("cmdRangeChange"), QStringLiteral("UPDATE"), ranged);
     rg->addWidget(cmdRangeChange, 3, 0, 1, 2);
-    addRow(rg, 4, "1st WRITE", {txtrange1});
-    addRow(rg, 5, "2nd WRITE", {txtrange2});
-    addRow(rg, 6, "FIN DAC CODE", {txtfincode});
+    forms::addRow(rg, 4, "1st WRITE", {txtrange1});
+    forms::addRow(rg, 5, "2nd WRITE", {txtrange2});
+    forms::addRow(rg, 6, "FIN DAC CODE", {txtfincode});
     rg->addWidget(forms::makeNote("Delay of about 200ms between writes.", ranged), 7, 0, 1, 2);
     cv->addWidget(ranged);
     cv->addStretch(1);

@@ -30,20 +30,14 @@ using Refused = Instrument::Refused;
 
 std::string textOf(const QLineEdit* box) { return box->text().toStdString(); }
 
-bool sameNoCase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-               return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
-           });
-}
-
 // The item a quoted name chooses: the item's text without its "±", in any case, whole or
 // up to a space ("2.5mA" is "±2.5mA Current Range"); -1 when none.
 int itemNamed(const QComboBox* list, const std::string& name) {
     for (int i = 0; i < list->count(); ++i) {
         std::string item = list->itemText(i).remove(QChar(0x00B1)).trimmed().toStdString();
-        if (sameNoCase(item, name)) return i;
+        if (equalNoCase(item, name)) return i;
         if (item.size() > name.size() && item[name.size()] == ' ' &&
-            sameNoCase(std::string_view(item).substr(0, name.size()), name))
+            equalNoCase(std::string_view(item).substr(0, name.size()), name))
             return i;
     }
     return -1;

@@ -41,14 +41,6 @@ std::string_view trim(std::string_view s) {
     return s;
 }
 
-bool equalNoCase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() &&
-           std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-               return std::toupper(static_cast<unsigned char>(x)) ==
-                      std::toupper(static_cast<unsigned char>(y));
-           });
-}
-
 bool nodeMatches(std::string_view pattern, std::string_view node) {
     if (equalNoCase(node, pattern)) return true;
     // The short form: the capitals (and digits) of the pattern.
@@ -88,6 +80,14 @@ std::optional<int64_t> parseHex(std::string_view digits) {
 bool isHexHead(std::string_view t) { return t.size() >= 2 && t[0] == '#' && (t[1] == 'H' || t[1] == 'h'); }
 
 } // namespace
+
+bool equalNoCase(std::string_view a, std::string_view b) {
+    return a.size() == b.size() &&
+           std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
+               return std::toupper(static_cast<unsigned char>(x)) ==
+                      std::toupper(static_cast<unsigned char>(y));
+           });
+}
 
 const char* standardText(int code) {
     for (const CodeText& c : kStandardTexts)

@@ -58,6 +58,9 @@ struct Parsed {
 };
 Parsed parseLine(std::string_view text);
 
+// Whether two texts are equal but for the case of their ASCII letters.
+bool equalNoCase(std::string_view a, std::string_view b);
+
 // Whether the header nodes match the pattern, "SOURce:VOLTage": each node in the short
 // form (the capitals) or the long form, in any case.
 bool headerMatches(std::string_view pattern, const std::vector<std::string>& nodes);
