@@ -4,7 +4,7 @@
 #include "diagnostics/frmDIAG.h"
 #include "forms/ResultList.h"
 #include "forms/StripChart.h"
-#include "measure/RunTools.h"
+#include "support/RunTools.h"
 #include "support/ConsoleFixture.h"
 #include "support/FakeLibrary.h"
 

@@ -5,8 +5,8 @@
 #include "forms/ResultList.h"
 #include "forms/StripChart.h"
 #include "forms/TabControl.h"
-#include "measure/RunBoard.h"
-#include "measure/RunTools.h"
+#include "runs/RunBoard.h"
+#include "support/RunTools.h"
 #include "measure/frmMeasure.h"
 #include "support/ConsoleFixture.h"
 

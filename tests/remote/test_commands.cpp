@@ -4,7 +4,7 @@
 
 #include "diagnostics/frmDIAG.h"
 #include "forms/ResultList.h"
-#include "measure/RunTools.h"
+#include "support/RunTools.h"
 #include "measure/frmMeasure.h"
 #include "remote/Instrument.h"
 #include "support/ConsoleFixture.h"

@@ -2,7 +2,7 @@
 // refused, the 64 KiB line closing the connection, a fresh queue for the next client,
 // and a client that leaves during a run stopping it.
 
-#include "measure/RunTools.h"
+#include "support/RunTools.h"
 #include "measure/frmMeasure.h"
 #include "remote/Server.h"
 #include "support/ConsoleFixture.h"

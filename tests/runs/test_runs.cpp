@@ -2,7 +2,7 @@
 // a clock that moves only when waited on: the scaling, the lists' words and delays, the
 // sweep's codes, points and columns, the deviation table, the time run and the stimuli.
 
-#include "measure/RunBoard.h"
+#include "runs/RunBoard.h"
 #include "registers/Session.h"
 #include "runs/ChartRules.h"
 #include "runs/Progress.h"
