@@ -1,6 +1,7 @@
 #pragma once
 // Small builders for named controls: every control carries its name as its objectName.
 
+#include "forms/Forms.h"
 #include "levels/FieldTable.h"
 
 #include <QString>
@@ -82,10 +83,5 @@ QWidget* makePage(QWidget* parent, QVBoxLayout*& column);
 inline QString qtext(const std::string& s) { return QString::fromStdString(s); }
 // NumberToHex of n, width digits at the least.
 QString hexText(int32_t n, int width);
-
-// "name(k)", the name of a member of a control array.
-inline QString member(const char* name, int k) {
-    return QStringLiteral("%1(%2)").arg(QString::fromLatin1(name)).arg(k);
-}
 
 } // namespace forms

@@ -23,4 +23,9 @@ inline constexpr Form kAllForms[] = {Form::frmMAINQZ7740, Form::frmMain,        
 // The panel's name, which is also its objectName.
 QString formName(Form form);
 
+// "name(k)", the name of a member of a control array.
+inline QString member(const char* name, int k) {
+    return QStringLiteral("%1(%2)").arg(QString::fromLatin1(name)).arg(k);
+}
+
 } // namespace forms

@@ -49,7 +49,7 @@ void Navigator::unload(Form form) {
 }
 
 QString ControlRef::objectName() const {
-    return member < 0 ? QString::fromLatin1(name) : QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(member);
+    return member < 0 ? QString::fromLatin1(name) : forms::member(name, member);
 }
 
 void missingControl(Form form, const QString& control, const char* kind) {

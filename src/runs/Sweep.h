@@ -24,9 +24,10 @@ struct SweepPlan {
 };
 
 // Checks the fields before the first point, in this order: start and end are numbers,
-// start is not above end, step is a number, the reference (VREF is then set in g), the
-// codes of start and end lie in 0..65535, the step gives at least one code and is at most
-// 1000 mV. A refusal names its box; nothing has been sent by then.
+// start is below end, step is a number, the reference (VREF is then set in g), the codes
+// of start and end lie in 0..65535, the step is not negative and gives at least one code.
+// The Enter checks of the boxes are not repeated (a step of 2000 mV runs). A refusal names
+// its box; nothing has been sent by then.
 std::optional<Refusal> planSweep(General& g, const SweepRequest& request, SweepPlan& plan);
 
 struct SweepOutcome {

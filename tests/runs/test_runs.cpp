@@ -3,6 +3,7 @@
 // sweep's codes, points and columns, the deviation table, the time run and the stimuli.
 
 #include "runs/RunBoard.h"
+#include "levels/Ranges.h"
 #include "registers/Session.h"
 #include "runs/ChartRules.h"
 #include "runs/Progress.h"
@@ -111,6 +112,13 @@ TEST(MeasureLists, RangeAndMeasureWordsKeepEachOthersBits) {
     qz::cboSweepIClick(g, -1);
     EXPECT_EQ(g.sweepPMUreg, 0x0281FF) << "no item: the mask alone";
     EXPECT_EQ(g.IRangeIndex, 6) << "and the range stays";
+    // The run's resistor by the index; one outside the list takes the first range's, as
+    // the PLOT head's own IRangeIndex = 0 does.
+    EXPECT_EQ(qz::senseRange(6).rsense, 5.0f) << "ext current range 1";
+    EXPECT_EQ(qz::senseRange(5).rsense, 10.0f) << "ext current range 2";
+    for (int outside : {-1, 7, 32767})
+        EXPECT_EQ(qz::senseRange(outside).rsense, 100000.0f) << outside;
+    EXPECT_EQ(qz::currentRange(7), nullptr) << "the front panel's table has no such range";
     qz::cboMeasureVIClick(g, 1);
     EXPECT_EQ(g.sweepPMUreg, 0x028130);
     EXPECT_EQ(g.measMode, 1);
