@@ -12,6 +12,7 @@ packages=(
   qt6-qpa-plugins fonts-dejavu-core
   xvfb xauth imagemagick
   python3 python3-pyvisa python3-pyvisa-py python3-pymeasure
+  clang libfuzzer-14-dev
 )
 
 missing=()
