@@ -13,6 +13,7 @@ packages=(
   xvfb xauth imagemagick
   python3 python3-pyvisa python3-pyvisa-py python3-pymeasure
   clang libfuzzer-14-dev
+  umockdev libumockdev-dev gir1.2-umockdev-1.0
 )
 
 missing=()
