@@ -290,8 +290,7 @@ void frmDIAG::cmdPLOTTEMP_Click() {
     run_->begin(nullptr, qz::kTempReadings, *clock_, [this](const qz::RunProgress&) { List2->flush(); });
     const qz::RunContext ctx{session, *clock_,
                              [this](const qz::RunProgress& p) {
-                                 run_->pass(p);
-                                 return tempStopped == 0;
+                                 return run_->pass(p) && tempStopped == 0;
                              },
                              [this](std::string line) { List2->addLine(std::move(line)); }};
     qz::TempShow show;

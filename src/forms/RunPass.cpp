@@ -1,5 +1,6 @@
 #include "forms/RunPass.h"
 
+#include "forms/MessageBox.h"
 #include "runs/Progress.h"
 
 #include <QCoreApplication>
@@ -19,8 +20,8 @@ namespace {
 constexpr double kShowEvery = 0.05;
 } // namespace
 
-RunPass::RunPass(QMainWindow* panel)
-    : panel_(panel), progress_(new QProgressBar(panel)), text_(new QLabel(panel)) {
+RunPass::RunPass(QMainWindow* panel, const qz::USBStuff& usb)
+    : panel_(panel), usb_(usb), progress_(new QProgressBar(panel)), text_(new QLabel(panel)) {
     progress_->setObjectName(QStringLiteral("runProgress"));
     progress_->setMaximumWidth(160);
     progress_->setTextVisible(false);
@@ -39,6 +40,8 @@ void RunPass::begin(QPushButton* stop, int points, qz::Clock& clock,
                     std::function<void(const qz::RunProgress&)> show) {
     running_ = true;
     stopAsked_ = false;
+    lost_ = false;
+    taken_ = 0;
     for (QWidget* w : blocked_)
         w->setEnabled(false);
     stop_ = stop;
@@ -66,8 +69,12 @@ void RunPass::show(const qz::RunProgress& p) {
 }
 
 bool RunPass::pass(const qz::RunProgress& p) {
+    taken_ = p.point + 1;
     if (!shown_ || clock_->seconds() - lastShown_ >= kShowEvery) show(p);
     QCoreApplication::processEvents();
+    // A lost board fails every request at once: the run stops rather than fill its list
+    // with readings that are none.
+    if (!lost_ && usb_.linkState() == qz::LinkState::Lost) lost_ = stopAsked_ = true;
     return !stopAsked_;
 }
 
@@ -85,6 +92,13 @@ bool RunPass::end() {
     progress_->hide();
     text_->hide();
     clock_ = nullptr;
+    if (lost_) {
+        lost_ = false;
+        forms::message(qz::kAppTitle,
+                       "The evaluation board was lost during the run. The run stopped; the " +
+                           std::to_string(taken_) + " points it took are kept.",
+                       qz::MsgIcon::Exclamation);
+    }
     const bool close = closeAsked_;
     closeAsked_ = false;
     return close;

@@ -4,8 +4,10 @@
 // progress (point i of n, the time gone and the time still to go) and the run's STOP
 // button is live; once per point the panel's pending events run, and the run's fields and
 // list are brought up to date a few times a second rather than at every point. A close
-// asked for during the run waits for its end.
+// asked for during the run waits for its end. A board lost during the run stops it: the
+// points taken stay, and one message says so at its end.
 
+#include "board/USBStuff.h"
 #include "runs/Measure.h"
 
 #include <QString>
@@ -24,7 +26,7 @@ namespace forms {
 
 class RunPass {
   public:
-    explicit RunPass(QMainWindow* panel);
+    RunPass(QMainWindow* panel, const qz::USBStuff& usb);
 
     // The controls that stay disabled while a run is in progress.
     void block(std::initializer_list<QWidget*> controls);
@@ -35,8 +37,8 @@ class RunPass {
     // to date with the progress.
     void begin(QPushButton* stop, int points, qz::Clock& clock,
                std::function<void(const qz::RunProgress&)> show);
-    // One pass of the panel's events: false once STOP was pressed. The first point shows
-    // at once, the others a few times a second of the run's clock.
+    // One pass of the panel's events: false once STOP was pressed or the board was lost.
+    // The first point shows at once, the others a few times a second of the run's clock.
     bool pass(const qz::RunProgress& progress);
     // The progress as the status bar shows it, empty while no run is in progress.
     QString progressText() const;
@@ -50,6 +52,7 @@ class RunPass {
 
   private:
     QMainWindow* panel_;
+    const qz::USBStuff& usb_;
     void show(const qz::RunProgress& progress);
 
     QProgressBar* progress_;
@@ -64,6 +67,8 @@ class RunPass {
     bool running_ = false;
     bool stopAsked_ = false;
     bool closeAsked_ = false;
+    bool lost_ = false;
+    int taken_ = 0; // the points the run has passed
 };
 
 // A run from its start to its end in one scope: the end comes however the scope is left.

@@ -297,6 +297,21 @@ TEST_F(Measure, ClosingDuringARunWaitsForItsEnd) {
     EXPECT_EQ(p->Strip1->cursorMode(), 0) << "loaded afresh";
 }
 
+TEST_F(Measure, ABoardLostInMidRunStopsItWithOneMessageAndItsPointsKept) {
+    // The board is lost in the wait after the second point: the third point's pass ends it.
+    pick(p->cboDela, 0);
+    clock.at(2, [this] { board->link = qz::LinkState::Lost; });
+    QTest::mouseClick(p->cmdPlot, Qt::LeftButton);
+    EXPECT_EQ(p->arrays.sweepCodes, (std::vector<double>{19980, 22538, 25096}));
+    EXPECT_EQ(p->List1->count(), 4) << "the header and three points";
+    ASSERT_EQ(h.boxes.size(), 1u);
+    EXPECT_EQ(h.boxes[0].title, "QZ7740");
+    EXPECT_EQ(h.boxes[0].text,
+              "The evaluation board was lost during the run. The run stopped; the 3 points it "
+              "took are kept.");
+    EXPECT_FALSE(p->running());
+}
+
 TEST_F(Measure, StopEndsEachRunWithItsPointsSoFarInListArraysFieldsAndChart) {
     // The sweep: STOP in the wait after the second point; the third is taken, then the end.
     pick(p->cboDela, 0); // "No Delay": one wait a point, after its event pass

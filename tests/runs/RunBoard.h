@@ -19,6 +19,7 @@ class RunBoard : public qz::BridgeLibrary {
     // code(fin, k): the code of conversion k (from 0) with FIN x1 at fin.
     std::function<int(int fin, int k)> code = [](int, int) { return 32768; };
     const qz::Clock* clock = nullptr;
+    qz::LinkState link = qz::LinkState::Connected;
 
     struct Word {
         int32_t word;
@@ -61,7 +62,7 @@ class RunBoard : public qz::BridgeLibrary {
             buffer[i] = static_cast<uint8_t>(reply >> (8 * i));
         return 0;
     }
-    qz::LinkState linkState() const override { return qz::LinkState::Connected; }
+    qz::LinkState linkState() const override { return link; }
 
   private:
     int32_t last_ = 0;
