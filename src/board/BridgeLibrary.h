@@ -40,6 +40,9 @@ public:
     // Not operations of the library: what the status bar and the window titles show.
     virtual LinkState linkState() const = 0;
     virtual std::string titleSuffix() const { return {}; }
+    // Why the last Connect failed, where the library can say more than its status code
+    // (for standard error); empty otherwise.
+    virtual std::string connectProblem() const { return {}; }
 };
 
 } // namespace qz

@@ -3,6 +3,7 @@
 #include <libusb.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <chrono>
 #include <thread>
 
@@ -73,9 +74,17 @@ int LibusbPort::open(uint16_t vendor, uint16_t product, uint8_t path) {
     if (std::find(listed_.begin(), listed_.end(), path) == listed_.end()) return PortNotFound;
     const std::vector<uint8_t>& wanted = places_[path - 1u];
     int result = PortNotFound;
+    denied_.clear();
     forEachBoard(ctx_, vendor, product, [&](libusb_device* device) {
         if (placeOf(device) != wanted) return true;
         result = libusb_open(device, &dev_);
+        if (result == LIBUSB_ERROR_ACCESS) {
+            // The node a udev rule must open to the user, as Linux names it.
+            char node[32];
+            std::snprintf(node, sizeof node, "/dev/bus/usb/%03u/%03u", libusb_get_bus_number(device),
+                          libusb_get_device_address(device));
+            denied_ = node;
+        }
         return false;
     });
     if (result != 0) {

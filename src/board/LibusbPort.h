@@ -7,6 +7,7 @@
 #include "board/UsbPort.h"
 
 #include <cstddef>
+#include <string>
 #include <vector>
 
 struct libusb_context;
@@ -27,6 +28,7 @@ public:
     int control(uint8_t requestType, uint8_t request, uint16_t value, uint16_t index,
                 uint8_t* data, uint16_t length, unsigned timeoutMs) override;
     void pause(unsigned ms) override;
+    std::string deniedNode() const override { return denied_; }
 
 private:
     void close();
@@ -36,6 +38,7 @@ private:
     libusb_device_handle* dev_ = nullptr;
     std::vector<std::vector<uint8_t>> places_;  // path byte k names places_[k - 1]
     std::vector<uint8_t> listed_;               // the bytes of the last list(), which open takes
+    std::string denied_;
 };
 
 } // namespace qz

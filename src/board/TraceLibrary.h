@@ -38,6 +38,7 @@ public:
 
     LinkState linkState() const override { return inner_->linkState(); }
     std::string titleSuffix() const override { return inner_->titleSuffix(); }
+    std::string connectProblem() const override { return inner_->connectProblem(); }
 
     BridgeLibrary& inner() { return *inner_; }
 

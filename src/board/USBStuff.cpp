@@ -61,6 +61,8 @@ void USBStuff::LoadUSB() {
     usbStatus = static_cast<int16_t>(
         library_.Connect(kBoardVendor, kBoardProduct, paths[static_cast<size_t>(boardIndex) % paths.size()], hBoard));
     boardPath = paths[static_cast<size_t>(boardIndex) % paths.size()];
+    if (const std::string problem = library_.connectProblem(); !problem.empty())
+        *diagnostics << "qz7740: " << problem << '\n';
     ShowUSBStatus(usbStatus);
 
     firmwarePath = applicationDirectory + "/" + kFirmwareFile;

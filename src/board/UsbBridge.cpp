@@ -40,8 +40,15 @@ int32_t UsbBridge::Connect(int32_t vendor, int32_t product, uint8_t path, int32_
         port_->list(static_cast<uint16_t>(vendor), static_cast<uint16_t>(product));
     if (std::find(found.begin(), found.end(), path) == found.end())
         return status::NoMatchingDevice;
-    if (port_->open(static_cast<uint16_t>(vendor), static_cast<uint16_t>(product), path) != 0)
+    problem_.clear();
+    if (const int opened = port_->open(static_cast<uint16_t>(vendor), static_cast<uint16_t>(product), path);
+        opened != 0) {
+        if (opened == PortAccess)
+            problem_ = "permission denied on " + port_->deniedNode() +
+                       ": install the udev rule udev/60-qz7740.rules (README, \"A real board\") "
+                       "and plug the board in again";
         return status::ConnectionError;
+    }
     connected_ = true;
     lost_ = false;
     mayReattach_ = false;

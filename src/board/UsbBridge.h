@@ -20,6 +20,7 @@ public:
                            int32_t direction, int32_t length, uint8_t* buffer) override;
 
     LinkState linkState() const override;
+    std::string connectProblem() const override { return problem_; }
 
     static constexpr unsigned kTimeoutMs = 1000;
     // Consecutive time-outs after which the board counts as lost.
@@ -34,6 +35,7 @@ public:
     static constexpr unsigned kReattachPollMs = 100;
 
 private:
+    std::string problem_;
     int32_t transferStatus(int result, int expected);
     bool reattach();
 

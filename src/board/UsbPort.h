@@ -3,6 +3,7 @@
 // tests put a scripted port in its place.
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace qz {
@@ -38,6 +39,8 @@ public:
                         uint8_t* data, uint16_t length, unsigned timeoutMs) = 0;
     // Waits this long while a device comes back on the bus.
     virtual void pause(unsigned ms) = 0;
+    // The device node of the last open that PortAccess refused; empty when none was.
+    virtual std::string deniedNode() const { return {}; }
 };
 
 } // namespace qz

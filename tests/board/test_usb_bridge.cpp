@@ -32,6 +32,7 @@ public:
     Bytes list(uint16_t vendor, uint16_t product) override {
         return vendor == 0x0456 && product == 0xB21F ? devices : Bytes{};
     }
+    std::string deniedNode() const override { return "/dev/bus/usb/001/007"; }
     int open(uint16_t, uint16_t, uint8_t path) override {
         opened.push_back(path);
         return openResult;
@@ -98,8 +99,15 @@ TEST_F(UsbBridgeTest, BoardsAreFoundByPathByteAndRequestsAreControlTransfersInRa
         EXPECT_EQ(request(req, value, index), status::UnexpectedEndpointError) << req;
     EXPECT_EQ(bridge.Vendor_Request(2, word, 0, 0, 0, 0, nullptr), status::NoDeviceConnected);
     EXPECT_EQ(port->sent.size(), 3u);
+    EXPECT_EQ(bridge.connectProblem(), "");
     port->openResult = qz::PortAccess;
     EXPECT_EQ(bridge.Connect(1110, 45599, 1, handle), status::ConnectionError);
+    EXPECT_EQ(bridge.connectProblem(),
+              "permission denied on /dev/bus/usb/001/007: install the udev rule "
+              "udev/60-qz7740.rules (README, \"A real board\") and plug the board in again");
+    port->openResult = qz::PortBusy;
+    EXPECT_EQ(bridge.Connect(1110, 45599, 1, handle), status::ConnectionError);
+    EXPECT_EQ(bridge.connectProblem(), "") << "only a refused permission has more to say";
     port->devices.clear();
     EXPECT_EQ(bridge.Search_For_Boards(1110, 45599, count, paths), status::NoDevicesFound);
     EXPECT_EQ(count, 0);

@@ -69,13 +69,16 @@ TEST_F(USBStuffTest, NoBoardGivesOneBoxTitledWithTheSearchStatusThenSilence) {
 TEST_F(USBStuffTest, EachFailingStepShowsItsTextAndTheStartGoesOn) {
     lib.searchStatus = 1003;  // a board found with a status all the same
     lib.connectStatus = 1002;
+    lib.connectWhy = "permission denied on /dev/bus/usb/001/004: install the udev rule";
     lib.firmwareStatus = 3003;
     lib.requestStatus = 3010;
     usb.LoadUSB();
     EXPECT_EQ(boxes, (Lines{"1003 - GET_STRING_DESC_FAILED", "1002 - CONNECTION ERROR",
                             "3003 - FIRMWARE FILE CORRUPTED", "3010 - NO FIRMWARE PRESENT"}));
     EXPECT_EQ(err.str(),
+              "qz7740: permission denied on /dev/bus/usb/001/004: install the udev rule\n"
               "qz7740: firmware /opt/qz/QZ7740SPI.hex: 3003 - FIRMWARE FILE CORRUPTED\n");
+    lib.connectWhy.clear();
     for (int32_t firmware : {3001, 3002, 3004}) {  // only a file that fails names its path
         err.str("");
         lib.firmwareStatus = firmware;

@@ -296,3 +296,4 @@ TEST_F(Emulated, AStalledRequestAndABoardThatStopsAnsweringHaveTheirStatusCodes)
     EXPECT_EQ(s->usb.linkState(), qz::LinkState::Lost);
     EXPECT_EQ(ask(*s, reply), status::NoDeviceConnected);
 }
+

@@ -20,6 +20,7 @@ public:
     int16_t boards = 1;
     int32_t searchStatus = 0;
     int32_t connectStatus = 0;
+    std::string connectWhy; // what connectProblem() says
     int32_t firmwareStatus = 0;
     int32_t requestStatus = 0;
     // Replies of the next direction-1 requests, in order; each is copied into the buffer.
@@ -33,6 +34,7 @@ public:
     int32_t Vendor_Request(int32_t, int32_t request, int32_t value, int32_t index,
                            int32_t direction, int32_t length, uint8_t* buffer) override;
     qz::LinkState linkState() const override { return link; }
+    std::string connectProblem() const override { return connectWhy; }
 };
 
 } // namespace qztest
