@@ -87,6 +87,13 @@ void USBStuff::LoadUSB() {
     if (onLinkChange) onLinkChange(lastLink_);
 }
 
+bool USBStuff::boardOnBus() {
+    std::array<uint8_t, 128> paths{};
+    int16_t count = 0;
+    library_.Search_For_Boards(kBoardVendor, kBoardProduct, count, paths.data());
+    return count > boardIndex;
+}
+
 void USBStuff::ShowUSBStatus(int32_t st) {
     if (noBoard) return;
     if (const char* text = status::text(st)) message(kAppTitle, text, MsgIcon::None);

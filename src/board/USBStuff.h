@@ -52,6 +52,8 @@ public:
     void SendRequest(int32_t request, int32_t value = 0, bool storeStatus = true);
 
     LinkState linkState() const { return library_.linkState(); }
+    // Whether the board this session uses is on the bus: a search, and nothing else.
+    bool boardOnBus();
     std::string titleSuffix() const { return library_.titleSuffix(); }
     BridgeLibrary& library() { return library_; }
 

@@ -36,6 +36,7 @@ public:
 
 private:
     QLabel* link_;
+    QPushButton* reconnect_;
 };
 
 } // namespace forms

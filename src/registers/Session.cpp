@@ -34,4 +34,14 @@ void Session::addLinkListener(std::function<void(LinkState)> listener) {
     linkListeners_.push_back(std::move(listener));
 }
 
+void Session::setBoardBack(bool back) {
+    if (back == boardBack_) return;
+    boardBack_ = back;
+    for (auto& listener : backListeners_) listener(back);
+}
+
+void Session::addBackListener(std::function<void(bool)> listener) {
+    backListeners_.push_back(std::move(listener));
+}
+
 } // namespace qz

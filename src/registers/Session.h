@@ -35,9 +35,18 @@ public:
     // Status bars listen here for the state of the link.
     void addLinkListener(std::function<void(LinkState)> listener);
 
+    // A lost board that is on the bus again: the status bars offer to start it afresh,
+    // which runs `reconnect`.
+    void setBoardBack(bool back);
+    bool boardBack() const { return boardBack_; }
+    void addBackListener(std::function<void(bool)> listener);
+    std::function<void()> reconnect;
+
 private:
     std::unique_ptr<BridgeLibrary> library_;
     std::vector<std::function<void(LinkState)>> linkListeners_;
+    std::vector<std::function<void(bool)>> backListeners_;
+    bool boardBack_ = false;
 
 public:
     USBStuff usb;

@@ -2,6 +2,7 @@
 
 #include "board/Bridges.h"
 #include "console/frmMAINQZ7740.h"
+#include "shell/Start.h"
 #include "forms/MessageBox.h"
 #include "registers/Session.h"
 #include "shell/Options.h"
@@ -98,9 +99,8 @@ int main(int argc, char** argv) {
 
     forms::Navigator nav;
     qz::registerPanels(nav, session);
-    frmMAINQZ7740 console(session, nav);
-    nav.adopt(forms::Form::frmMAINQZ7740, &console);
-    console.Form_Load();
+    std::unique_ptr<frmMAINQZ7740> console = qz::startConsole(nav, session);
+    qz::BoardWatch watch(nav, session, console);
 
     std::unique_ptr<qz::remote::Instrument> instrument;
     std::unique_ptr<qz::remote::Server> server;

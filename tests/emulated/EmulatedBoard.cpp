@@ -39,7 +39,15 @@ struct EmulatedBoard::Device {
     std::string sys; // its sysfs path while on the bus
     bool cpuHeld = false;
     bool firmwareRunning = false;
-    qz::VirtualBoard chip;
+    std::unique_ptr<qz::VirtualBoard> chip;
+
+    // Power on: the chip at its power-on values, the controller without firmware.
+    void powerOn() {
+        chip = std::make_unique<qz::VirtualBoard>();
+        int32_t handle = 0;
+        chip->Connect(qz::kBoardVendor, qz::kBoardProduct, qz::VirtualBoard::kPathByte, handle);
+        cpuHeld = firmwareRunning = false;
+    }
 };
 
 // One device node as libusb opened it: the URBs it submitted that are done, to be reaped,
@@ -82,8 +90,7 @@ int EmulatedBoard::plug(int port) {
     auto d = std::make_unique<Device>();
     d->number = static_cast<int>(devices_.size());
     d->port = port;
-    int32_t handle = 0;
-    d->chip.Connect(qz::kBoardVendor, qz::kBoardProduct, qz::VirtualBoard::kPathByte, handle);
+    d->powerOn();
     attach(*d);
     devices_.push_back(std::move(d));
     return devices_.back()->number;
@@ -92,6 +99,14 @@ int EmulatedBoard::plug(int port) {
 void EmulatedBoard::unplug(int board) {
     std::lock_guard<std::mutex> lock(mutex_);
     leave(*devices_.at(static_cast<size_t>(board)));
+}
+
+void EmulatedBoard::replug(int board) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    Device& d = *devices_.at(static_cast<size_t>(board));
+    leave(d);
+    d.powerOn();
+    attach(d);
 }
 
 // The device comes onto the bus under the next number, with its node and its handler.
@@ -151,7 +166,7 @@ int EmulatedBoard::devnum(int board) const {
 
 qz::VirtualBoard& EmulatedBoard::chip(int board) {
     std::lock_guard<std::mutex> lock(mutex_);
-    return devices_.at(static_cast<size_t>(board))->chip;
+    return *devices_.at(static_cast<size_t>(board))->chip;
 }
 
 void EmulatedBoard::serve(Node& node, UMockdevIoctlClient* client) {
@@ -262,7 +277,7 @@ void EmulatedBoard::controlTransfer(Node& node, UMockdevIoctlClient* client) {
     } else {
         std::vector<uint8_t> reply(static_cast<size_t>(std::max(length, 1)));
         if (!in) std::copy_n(stage, length, reply.begin());
-        const int32_t st = d.chip.Vendor_Request(qz::VirtualBoard::kHandle, t.request, t.value, t.index,
+        const int32_t st = d.chip->Vendor_Request(qz::VirtualBoard::kHandle, t.request, t.value, t.index,
                                                  in ? 1 : 0, length, reply.data());
         if (st != 0) status = -EPIPE;
         if (in && st == 0) {
@@ -280,7 +295,7 @@ void EmulatedBoard::controlTransfer(Node& node, UMockdevIoctlClient* client) {
         // new number if it is to.
         d.cpuHeld = false;
         int32_t handle = qz::VirtualBoard::kHandle;
-        d.chip.Download_Firmware(handle, reinterpret_cast<const uint8_t*>(""));
+        d.chip->Download_Firmware(handle, reinterpret_cast<const uint8_t*>(""));
         d.firmwareRunning = true;
         leave(d);
         if (comesBack) attach(d);

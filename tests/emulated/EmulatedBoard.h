@@ -40,6 +40,8 @@ class EmulatedBoard {
     int plug(int port);
     // Pulls the board out: its device leaves the bus, and its node answers no more.
     void unplug(int board);
+    // Plugs it in again: powered afresh, without firmware, under a new number.
+    void replug(int board);
 
     // What the controller does after its firmware: come back under a new number (as a
     // real bridge does), or stay away.
