@@ -8,12 +8,15 @@
 #include "board/UsbBridge.h"
 #include "forms/MessageBox.h"
 #include "frontpanel/frmMain.h"
+#include "measure/frmMeasure.h"
 #include "shell/Panels.h"
 #include "shell/Start.h"
+#include "support/RunTools.h"
 #include "support/TraceFile.h"
 
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QLabel>
 #include <QPointer>
 #include <QPushButton>
 #include <QTest>
@@ -55,9 +58,21 @@ TEST(EmulatedReconnect, ABoardBackOnTheBusIsStartedAfreshWithEveryPanel) {
     const int startRange = front->cboCurrent->currentIndex();
     front->cboCurrent->setCurrentIndex(startRange + 1);
 
-    board.unplug(0);
-    session.SPIout(0x012200);
+    // Pulled out in the middle of a sweep: the run stops with the points it took, says so
+    // once, and the status bar says the board is lost.
+    auto* measure = static_cast<frmMeasure*>(nav.show(forms::Form::frmMeasure));
+    qztest::ActingClock clock;
+    measure->useClock(clock);
+    measure->cboDela->setCurrentIndex(1); // "100ms", on the test's clock
+    emit measure->cboDela->activated(1);
+    clock.at(3, [&] { board.unplug(0); });
+    QTest::mouseClick(measure->cmdPlot, Qt::LeftButton);
     ASSERT_EQ(session.usb.linkState(), qz::LinkState::Lost);
+    EXPECT_LT(measure->arrays.sweepCodes.size(), 11u) << "eleven points asked for";
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].rfind("QZ7740|The evaluation board was lost during the run.", 0), 0u) << boxes[0];
+    boxes.clear();
+    EXPECT_EQ(front->findChild<QLabel*>(QStringLiteral("linkStatus"))->text(), QStringLiteral("board lost"));
     watch.poll();
     EXPECT_FALSE(button->isVisibleTo(front)) << "the board is not on the bus";
 
