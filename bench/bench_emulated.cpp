@@ -34,7 +34,7 @@ void readWords(benchmark::State& state, qz::Session& s) {
 }
 
 void ReadWordEmulatedUsb(benchmark::State& state) {
-    qztest::EmulatedBoard board;
+    qz::EmulatedBoard board;
     board.plug(1);
     const std::string dir = board.root() + "/firmware";
     std::filesystem::create_directories(dir);
@@ -54,7 +54,7 @@ BENCHMARK(ReadWordVirtualBoard)->Unit(benchmark::kMicrosecond)->MinTime(2.0)->Us
 } // namespace
 
 int main(int argc, char** argv) {
-    qztest::ensureUmockdevPreload(argv);
+    qz::ensureUmockdevPreload(argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the fuzz targets (tests/fuzz) with clang, libFuzzer and the address and
+# Builds the fuzz targets (fuzz/) with clang, libFuzzer and the address and
 # undefined-behaviour sanitizers into build-fuzz/ (or $QZ_FUZZ_DIR), then runs each for
 # SECONDS (60 by default) on a copy of its seed corpus tests/fuzz/TARGET/, and prints
 # executions per second, coverage and findings. A finding is kept in
@@ -10,7 +10,7 @@ seconds=${1:-60}
 [[ $seconds =~ ^[1-9][0-9]*$ ]] || { echo "usage: scripts/fuzz.sh [SECONDS]" >&2; exit 2; }
 "$root/scripts/install-deps.sh"
 build=${QZ_FUZZ_DIR:-$root/build-fuzz}
-CC=clang CXX=clang++ cmake -S "$root/tests/fuzz" -B "$build" -G Ninja >/dev/null
+CC=clang CXX=clang++ cmake -S "$root/fuzz" -B "$build" -G Ninja >/dev/null
 cmake --build "$build" --parallel "$(nproc 2>/dev/null || echo 2)" >/dev/null
 
 status=0

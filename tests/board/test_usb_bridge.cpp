@@ -2,8 +2,10 @@
 #include "board/StatusCodes.h"
 #include "board/UsbBridge.h"
 #include "board/Wire.h"
+#include "support/FirmwareImage.h"
 
 #include <QTemporaryDir>
+
 
 #include <gtest/gtest.h>
 
@@ -131,16 +133,7 @@ TEST_F(UsbBridgeTest, FailedTransfersHaveTheirCodesAndThreeTimeOutsLoseTheBoard)
 
 TEST_F(UsbBridgeTest, FirmwareGoesInBlocksWithTheCpuHeldInResetOrFailsWithItsCode) {
     connect();
-    // Address 0 and start records, CR LF, 5008 bytes of 0xAB from 0 and 0x55 at 0x2000.
-    std::string text = ":020000040000FA\r\n:0400000300000000F9\r\n";
-    for (int addr = 0; addr < 5000; addr += 16) {
-        char line[48];  // with its checksum, which makes the bytes of the record add up to 0
-        std::snprintf(line, sizeof line, ":10%04X00%s%02X\n", addr,
-                      "ABABABABABABABABABABABABABABABAB",
-                      -(addr / 256 + addr % 256 + 16 * 0xAC) & 0xFF);
-        text += line;
-    }
-    EXPECT_EQ(download(text + ":01200000558a\n:00000001FF\ntext after the end\n"), 0);
+    EXPECT_EQ(download(qztest::firmwareImage()), 0);
     const int load = 0xA0, cpu = 0xE600;
     EXPECT_EQ(port->sent, (Rows{{0x40, load, cpu, 0, 1, 1000}, {0x40, load, 0, 0, 4096, 1000},
                                 {0x40, load, 4096, 0, 5008 - 4096, 1000},

@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
-    qztest::ensureUmockdevPreload(argv);
+    qz::ensureUmockdevPreload(argv);
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
     QApplication app(argc, argv);
     testing::InitGoogleTest(&argc, argv);

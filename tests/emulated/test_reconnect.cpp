@@ -29,7 +29,7 @@
 #include <thread>
 
 TEST(EmulatedReconnect, ABoardBackOnTheBusIsStartedAfreshWithEveryPanel) {
-    qztest::EmulatedBoard board;
+    qz::EmulatedBoard board;
     board.plug(1);
     const std::string dir = board.root() + "/firmware";
     std::filesystem::create_directories(dir);

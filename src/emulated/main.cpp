@@ -14,8 +14,8 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: qz7740-emulated-board COMMAND [ARG...]\n");
         return 2;
     }
-    qztest::ensureUmockdevPreload(argv);
-    qztest::EmulatedBoard board;
+    qz::ensureUmockdevPreload(argv);
+    qz::EmulatedBoard board;
     board.plug(1);
     const pid_t child = fork();
     if (child < 0) return 1;

@@ -9,7 +9,7 @@
 #include <string>
 #include <unistd.h>
 
-namespace qztest {
+namespace qz {
 
 inline void ensureUmockdevPreload(char** argv) {
     const char* preload = std::getenv("LD_PRELOAD");
@@ -24,4 +24,4 @@ inline void ensureUmockdevPreload(char** argv) {
     std::_Exit(127); // the preload library cannot be had
 }
 
-} // namespace qztest
+} // namespace qz

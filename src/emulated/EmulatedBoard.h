@@ -5,7 +5,7 @@
 // freed it leaves the bus and comes back under the next device number, and from then on
 // its vendor requests reach a VirtualBoard, the same chip model as --simulate. The real
 // UsbBridge, LibusbPort and libusb run above it as with the board plugged in.
-// The process must run with umockdev's preload library (see main_emulated.cpp).
+// The process must run with umockdev's preload library: ensureUmockdevPreload (Preload.h).
 
 #include "board/VirtualBoard.h"
 
@@ -18,7 +18,7 @@
 typedef struct _UMockdevTestbed UMockdevTestbed;
 typedef struct _UMockdevIoctlClient UMockdevIoctlClient;
 
-namespace qztest {
+namespace qz {
 
 class EmulatedBoard {
   public:
@@ -75,4 +75,4 @@ class EmulatedBoard {
     int nextDevnum_ = 2;
 };
 
-} // namespace qztest
+} // namespace qz

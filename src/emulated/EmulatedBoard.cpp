@@ -15,7 +15,7 @@
 #include <deque>
 #include <stdexcept>
 
-namespace qztest {
+namespace qz {
 
 namespace {
 
@@ -302,4 +302,4 @@ void EmulatedBoard::controlTransfer(Node& node, UMockdevIoctlClient* client) {
     }
 }
 
-} // namespace qztest
+} // namespace qz
