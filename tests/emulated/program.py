@@ -17,17 +17,11 @@ import sys
 import tempfile
 
 HERE = os.path.dirname(os.path.abspath(__file__))
-EXAMPLE = os.path.join(HERE, "..", "..", "python", "example_five_voltages.py")
+sys.path.insert(0, os.path.join(HERE, "..", "python"))
+from test_clients import EXAMPLE, check, failures  # noqa: E402  the clients' own checks
+
 # One data record at address 0 and the end record: the board takes any image.
 FIRMWARE = ":0100000055AA\n:00000001FF\n"
-
-failures = []
-
-
-def check(condition, what):
-    print(("ok    " if condition else "FAIL  ") + what, flush=True)
-    if not condition:
-        failures.append(what)
 
 
 def main():
