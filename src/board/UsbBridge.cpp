@@ -2,6 +2,7 @@
 
 #include "board/IntelHex.h"
 #include "board/StatusCodes.h"
+#include "board/Wire.h"
 
 #include <algorithm>
 #include <fstream>
@@ -12,8 +13,8 @@ namespace qz {
 namespace {
 constexpr uint8_t kVendorOut = 0x40;
 constexpr uint8_t kVendorIn = 0xC0;
-constexpr uint8_t kFirmwareLoad = 0xA0;   // RAM write at the address in the value field
-constexpr uint16_t kCpuControl = 0xE600;  // 1 holds the controller's CPU in reset, 0 frees it
+using wire::kCpuControl;
+using wire::kFirmwareLoad;
 } // namespace
 
 UsbBridge::UsbBridge(std::unique_ptr<UsbPort> port) : port_(std::move(port)) {}

@@ -8,6 +8,12 @@
 
 namespace qz::wire {
 
+// The bridge controller's own request, before it has the board's firmware: a write to its
+// RAM at the address in the value field. A byte at kCpuControl holds its CPU in reset (1)
+// or frees it (0), which starts the firmware.
+inline constexpr uint8_t kFirmwareLoad = 0xA0;
+inline constexpr uint16_t kCpuControl = 0xE600;
+
 // Vendor requests. A request without a data stage goes out with value and index 0 unless
 // its line says otherwise.
 inline constexpr int32_t kChipReset = 219;      // pulse the chip's hardware reset

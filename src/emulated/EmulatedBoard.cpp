@@ -1,6 +1,7 @@
 #include "emulated/EmulatedBoard.h"
 
 #include "board/BridgeLibrary.h"
+#include "board/Wire.h"
 
 #include <umockdev.h>
 
@@ -19,9 +20,9 @@ namespace qz {
 
 namespace {
 
-constexpr uint8_t kFirmwareLoad = 0xA0;
-constexpr uint16_t kCpuControl = 0xE600;
-constexpr size_t kSetup = 8;
+using wire::kCpuControl;
+using wire::kFirmwareLoad;
+constexpr size_t kSetup = 8; // the setup packet ahead of a control URB's data stage
 
 // The descriptors of the board: one configuration, one interface of the vendor's class.
 uint8_t kDescriptors[] = {18, 1, 0x00, 0x02, 0xFF, 0xFF, 0xFF, 64, 0x56, 0x04, 0x1F, 0xB2, 0x00, 0x01, 0, 0, 0, 1,

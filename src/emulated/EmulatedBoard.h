@@ -9,6 +9,7 @@
 
 #include "board/VirtualBoard.h"
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -44,11 +45,11 @@ class EmulatedBoard {
     void replug(int board);
 
     // What the controller does after its firmware: come back under a new number (as a
-    // real bridge does), or stay away.
-    bool comesBack = true;
+    // real bridge does), or stay away. Set from any thread; the handler reads them.
+    std::atomic<bool> comesBack{true};
     // The next vendor requests the board stalls, and whether it holds back every answer.
-    int stallRequests = 0;
-    bool holdAnswers = false;
+    std::atomic<int> stallRequests{0};
+    std::atomic<bool> holdAnswers{false};
 
     std::vector<Transfer> transfers() const;
     // The device number the board has on the bus now (0 while it is away).
