@@ -128,7 +128,9 @@ QLineEdit* makeHexBox(const QString& name, const QString& text, int chars, QWidg
 
 QLineEdit* makeEntryBox(const qz::HexField& field, QWidget* parent, int k) {
     const QString name = k < 0 ? QString::fromLatin1(field.name) : member(field.name, k);
-    return makeHexBox(name, QString::fromLatin1(field.startText), 4, parent);
+    QLineEdit* e = makeHexBox(name, QString::fromLatin1(field.startText), 4, parent);
+    markAccepted(e);
+    return e;
 }
 
 QLineEdit* makeOutBox(const QString& name, QWidget* parent, int chars) {
@@ -142,6 +144,7 @@ QLineEdit* makeNumberBox(const char* name, const char* text, QWidget* parent, in
     e->setObjectName(QString::fromLatin1(name));
     e->setAlignment(Qt::AlignRight);
     e->setFixedWidth(width);
+    if (!e->text().isEmpty()) markAccepted(e);
     return e;
 }
 

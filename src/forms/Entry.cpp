@@ -72,9 +72,15 @@ bool show(QLineEdit* box, bool ok, const std::string& text, const std::string& m
         return false;
     }
     box->setText(QString::fromStdString(text));
+    markAccepted(box);
     return true;
 }
+constexpr const char* kAccepted = "qzAccepted";
 } // namespace
+
+void markAccepted(QLineEdit* box) { box->setProperty(kAccepted, box->text()); }
+
+QString acceptedText(const QLineEdit* box) { return box->property(kAccepted).toString(); }
 
 bool take(QLineEdit* box, const qz::FieldCheck& c) { return show(box, c.ok, c.text, c.message); }
 

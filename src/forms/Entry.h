@@ -10,6 +10,8 @@
 #include <functional>
 #include <optional>
 
+#include <QString>
+
 class QFont;
 class QLineEdit;
 
@@ -32,6 +34,11 @@ void onEntry(QLineEdit* box, const bool& entryBusy, std::function<void()> enter)
 // the tidied text in the box and gives true.
 bool take(QLineEdit* box, const qz::FieldCheck& check);
 bool take(QLineEdit* box, const qz::DecimalCheck& check);
+
+// The text of the box's last accepted entry, or its start text: the value in force,
+// whatever has been typed since. Empty while nothing was ever accepted.
+void markAccepted(QLineEdit* box);
+QString acceptedText(const QLineEdit* box);
 
 // The DAC code a box holds (OFFSET, m, c, x1), read by a routine rather than by the
 // box's own Enter; a box that holds no code is refused as not a valid number.

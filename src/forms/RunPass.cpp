@@ -20,8 +20,8 @@ namespace {
 constexpr double kShowEvery = 0.05;
 } // namespace
 
-RunPass::RunPass(QMainWindow* panel, const qz::USBStuff& usb)
-    : panel_(panel), usb_(usb), progress_(new QProgressBar(panel)), text_(new QLabel(panel)) {
+RunPass::RunPass(QMainWindow* panel, const qz::USBStuff& usb, qz::RunLog& log)
+    : panel_(panel), usb_(usb), log_(log), progress_(new QProgressBar(panel)), text_(new QLabel(panel)) {
     progress_->setObjectName(QStringLiteral("runProgress"));
     progress_->setMaximumWidth(160);
     progress_->setTextVisible(false);
@@ -32,12 +32,19 @@ RunPass::RunPass(QMainWindow* panel, const qz::USBStuff& usb)
     panel->statusBar()->addWidget(text_);
 }
 
+RunPass::~RunPass() {
+    // A panel that goes in mid-run takes its run with it.
+    if (running_) log_.ended();
+}
+
 void RunPass::block(std::initializer_list<QWidget*> controls) {
     blocked_.insert(blocked_.end(), controls.begin(), controls.end());
 }
 
 void RunPass::begin(QPushButton* stop, int points, qz::Clock& clock,
                     std::function<void(const qz::RunProgress&)> show) {
+    // A run begins in two steps (its head, then its points): the log hears of it once.
+    if (!running_) log_.began();
     running_ = true;
     stopAsked_ = false;
     lost_ = false;
@@ -83,6 +90,7 @@ QString RunPass::progressText() const {
 }
 
 bool RunPass::end() {
+    if (running_) log_.ended();
     running_ = false;
     for (QWidget* w : blocked_)
         w->setEnabled(true);

@@ -8,6 +8,7 @@
 // points taken stay, and one message says so at its end.
 
 #include "board/USBStuff.h"
+#include "registers/RunLog.h"
 #include "runs/Measure.h"
 
 #include <QString>
@@ -26,7 +27,11 @@ namespace forms {
 
 class RunPass {
   public:
-    RunPass(QMainWindow* panel, const qz::USBStuff& usb);
+    // The run log hears of every start and end.
+    RunPass(QMainWindow* panel, const qz::USBStuff& usb, qz::RunLog& log);
+    ~RunPass();
+    RunPass(const RunPass&) = delete;
+    RunPass& operator=(const RunPass&) = delete;
 
     // The controls that stay disabled while a run is in progress.
     void block(std::initializer_list<QWidget*> controls);
@@ -53,6 +58,7 @@ class RunPass {
   private:
     QMainWindow* panel_;
     const qz::USBStuff& usb_;
+    qz::RunLog& log_;
     void show(const qz::RunProgress& progress);
 
     QProgressBar* progress_;

@@ -89,4 +89,11 @@ ClampResult computeClamp(ClampSide side, std::string_view entry, int IRangeIndex
     return r;
 }
 
+double clampAmpsNow(const ClampLevel& set, float R, float imeasGain, float VREF) {
+    if (R == set.R && imeasGain == set.imeasGain && VREF == set.VREF) return set.amps;
+    const double then = static_cast<double>(set.R) * set.imeasGain / set.VREF;
+    const double now = static_cast<double>(R) * imeasGain / VREF;
+    return set.amps * then / now;
+}
+
 } // namespace qz

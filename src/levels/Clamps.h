@@ -62,4 +62,17 @@ ClampResult computeClamp(ClampSide side, std::string_view entry, int IRangeIndex
                          std::string_view txtEXT1rsense, std::string_view txtEXT2Rsense,
                          float imeasGain, float VREF);
 
+// A clamp as it was set: the current, and the sense resistor, gain and VREF its code was
+// worked out with.
+struct ClampLevel {
+    double amps = 0.0;
+    float R = 1.0f;
+    float imeasGain = 20.0f;
+    float VREF = 5.0f;
+};
+// The current that clamp's code stands for under the present settings: the chip keeps the
+// code, whose distance from 0x8000 goes with current x R x gain / VREF. The same settings
+// give the current as it was set.
+double clampAmpsNow(const ClampLevel& set, float R, float imeasGain, float VREF);
+
 } // namespace qz

@@ -3,6 +3,9 @@
 #include "levels/Messages.h"
 #include "registers/ReadDecoders.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace qz {
 
 namespace {
@@ -39,6 +42,22 @@ RangeNamesUpdate UpdateRangeNames(float VREF, float imeasGain) {
         break;
     }
     return r;
+}
+
+double rangeFullScale(double rsense, double VREF, double imeasGain) {
+    if (!(rsense > 0.0) || !(imeasGain > 0.0) || !(VREF > 0.0)) return 0.0;
+    return std::min(0.5, 2.0 * VREF / imeasGain) / rsense;
+}
+
+std::optional<int> smallestRangeCovering(std::span<const double> fullScales, double amps) {
+    const double need = std::fabs(amps);
+    std::optional<int> best;
+    for (size_t i = 0; i < fullScales.size(); ++i) {
+        // A value typed as the full scale itself is covered, one rounding step over or not.
+        if (!(fullScales[i] * (1.0 + 1e-9) >= need)) continue;
+        if (!best || fullScales[i] < fullScales[static_cast<size_t>(*best)]) best = static_cast<int>(i);
+    }
+    return best;
 }
 
 } // namespace qz

@@ -5,6 +5,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <span>
 
 namespace qz {
 
@@ -82,5 +84,12 @@ struct RangeNamesUpdate {
 // What UpdateRangeNames does to cboCurrent of frmMain for this VREF and MI gain. Only
 // VREF 5 and 2.5 with gain 20 or 10 name the ranges; any other VREF leaves them.
 RangeNamesUpdate UpdateRangeNames(float VREF, float imeasGain);
+
+// The full scale of a range with sense resistor rsense, in amperes, as the rated names
+// give it: 0.5 V across the resistor at VREF 5 with MI gain 20, scaled by VREF / gain,
+// and never beyond the rated current, which is all the chip delivers whatever the gain.
+double rangeFullScale(double rsense, double VREF, double imeasGain);
+// The index of the smallest full scale that covers |amps|; nothing when none does.
+std::optional<int> smallestRangeCovering(std::span<const double> fullScales, double amps);
 
 } // namespace qz

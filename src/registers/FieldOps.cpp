@@ -127,4 +127,10 @@ int32_t applyField(int32_t word, const ControlOps& control, int item) {
     return (word & op.keep) | op.set;
 }
 
+int itemInWord(int32_t word, const ControlOps& control) {
+    for (int i = 0; i < control.items; ++i)
+        if (applyField(word, control, i) == word) return i;
+    return -1;
+}
+
 } // namespace qz

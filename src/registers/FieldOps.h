@@ -52,6 +52,10 @@ std::span<const ControlOps> allControls();
 // The word after item of control; a word outside the items comes back unchanged.
 int32_t applyField(int32_t word, const ControlOps& control, int item);
 
+// The first item whose bits the word holds: what a list shows that no pick has set yet.
+// -1 when none does.
+int itemInWord(int32_t word, const ControlOps& control);
+
 // The shadow word a control works on.
 int32_t& shadowWord(General& general, Shadow shadow);
 

@@ -5,6 +5,7 @@
 #include "board/BridgeLibrary.h"
 #include "board/USBStuff.h"
 #include "registers/General.h"
+#include "registers/RunLog.h"
 
 #include <functional>
 #include <memory>
@@ -51,6 +52,7 @@ private:
 public:
     USBStuff usb;
     General general;
+    RunLog runs;
 };
 
 } // namespace qz

@@ -152,3 +152,41 @@ TEST(RangeNames, FollowTheReferenceAndTheGain) {
     for (float VREF : {2.0f, 4.999f, 2.5000002f})
         EXPECT_EQ(UpdateRangeNames(VREF, 20.0f).what, RangeNaming::Nothing) << VREF;
 }
+
+TEST(RangeFullScale, TheRatedNamesInAmperesAndTheSmallestRangeThatCovers) {
+    const double rated[] = {5e-6, 25e-6, 250e-6, 2.5e-3, 25e-3};
+    std::vector<double> at5, halved, doubledGain;
+    for (int i = 0; i < 5; ++i) {
+        const double R = qz::currentRange(i)->rsense;
+        at5.push_back(qz::rangeFullScale(R, 5.0, 20.0));
+        halved.push_back(qz::rangeFullScale(R, 2.5, 20.0));
+        doubledGain.push_back(qz::rangeFullScale(R, 5.0, 10.0));
+        EXPECT_DOUBLE_EQ(at5[static_cast<size_t>(i)], rated[i]) << i;
+        EXPECT_DOUBLE_EQ(halved[static_cast<size_t>(i)], rated[i] / 2) << i;
+        EXPECT_DOUBLE_EQ(qz::rangeFullScale(R, 2.5, 10.0), rated[i]) << i;
+        EXPECT_DOUBLE_EQ(doubledGain[static_cast<size_t>(i)], rated[i]) << "gain 10 at VREF 5 gives no more";
+    }
+    EXPECT_EQ(qz::smallestRangeCovering(at5, 0.002), 3);
+    EXPECT_EQ(qz::smallestRangeCovering(at5, -0.002), 3) << "the ranges are both ways";
+    EXPECT_EQ(qz::smallestRangeCovering(at5, 2.5e-3), 3) << "the full scale itself";
+    EXPECT_EQ(qz::smallestRangeCovering(at5, 2.5001e-3), 4);
+    EXPECT_EQ(qz::smallestRangeCovering(at5, 0.0), 0);
+    EXPECT_EQ(qz::smallestRangeCovering(halved, 2e-3), 4);
+    EXPECT_FALSE(qz::smallestRangeCovering(at5, 0.026));
+    EXPECT_EQ(qz::rangeFullScale(0.0, 5.0, 20.0), 0.0) << "a range without a resistor covers nothing";
+}
+
+TEST(Clamp, ACodeKeptThroughARangeChangeStandsForItsNewCurrent) {
+    const ClampResult set = clamp(kHigh, "2", 3);
+    const qz::ClampLevel level{set.current, set.R, 20.0f, 5.0f};
+    EXPECT_EQ(qz::clampAmpsNow(level, 200.0f, 20.0f, 5.0f), static_cast<double>(set.current)) << "unchanged";
+    // The same code in the 25mA range is the clamp of 20 mA there.
+    const double now = qz::clampAmpsNow(level, 20.0f, 20.0f, 5.0f);
+    EXPECT_NEAR(now, 0.02, 1e-9);
+    EXPECT_EQ(clamp(kHigh, "20", 4).code, set.code);
+    const ClampResult one = clamp(kHigh, "1", 3);
+    const qz::ClampLevel oneLevel{one.current, one.R, 20.0f, 5.0f};
+    EXPECT_NEAR(qz::clampAmpsNow(oneLevel, 200.0f, 10.0f, 5.0f), 0.002, 1e-9) << "half the gain, twice the current";
+    EXPECT_EQ(clamp(kHigh, "2", 3, 5.0f, 10.0f).code, one.code);
+    EXPECT_NEAR(qz::clampAmpsNow(oneLevel, 200.0f, 20.0f, 2.5f), 0.0005, 1e-9) << "half VREF, half the current";
+}
