@@ -40,7 +40,7 @@ struct Bench {
         console = std::make_unique<frmMAINQZ7740>(session, nav);
         nav.adopt(forms::Form::frmMAINQZ7740, console.get());
         console->Form_Load();
-        instrument = std::make_unique<qz::remote::Instrument>(session, nav, qz::remote::Instrument::Config{"bench", quiet, {}});
+        instrument = std::make_unique<qz::remote::Instrument>(session, nav, qz::remote::Instrument::Config{"bench", quiet, {}, {}});
         server = std::make_unique<qz::remote::Server>(*instrument);
         std::string why;
         if (!server->listen(QHostAddress::LocalHost, 0, why)) std::abort();
@@ -106,7 +106,7 @@ frmMeasure* sweepPanel() {
     m->optRef[2]->setChecked(true);
     m->optRef_Click(2);
     bench().talk("SOUR:OFFS #H7FFF\n*OPC?\n", 1);
-    bench().talk("SWE:RANG 3\nSWE:STAR -6\nSWE:STOP 6\nSWE:STEP 0.2\n*OPC?\n", 1);
+    bench().talk("SWE:RANG 2.5MA\nSWE:STAR -6\nSWE:STOP 6\nSWE:STEP 0.2MV\n*OPC?\n", 1);
     return m;
 }
 

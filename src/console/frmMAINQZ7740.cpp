@@ -115,8 +115,12 @@ QWidget* frmMAINQZ7740::buildSwitchPanel() {
 }
 
 void frmMAINQZ7740::Form_Load() {
-    qz::General& g = session.general;
     session.usb.LoadUSB();
+    PowerOn();
+}
+
+void frmMAINQZ7740::PowerOn() {
+    qz::General& g = session.general;
     QZ7740->setCurrentIndex(0);
     g.SYSreg = qz::kSYSregStart;
     session.usb.SendRequest(qz::wire::kSwitchChannel, 1);

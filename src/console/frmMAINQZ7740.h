@@ -15,6 +15,9 @@ public:
 
     // The start of the program: the board session and the power-on words.
     void Form_Load();
+    // The load after the board's search: the fixed series of words that brings the chip
+    // into the program's start state, the panels it needs loaded, the front panel shown.
+    void PowerOn();
 
     // Outside the tabs.
     void Text1_KeyPress(int keyAscii);

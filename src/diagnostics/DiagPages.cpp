@@ -64,7 +64,7 @@ private:
 
 frmDIAG::frmDIAG(qz::Session& s, forms::Navigator& n, QWidget* parent)
     : forms::Panel(s, n, forms::Form::frmDIAG, QStringLiteral("QZ7740 DIAGNOSTIC REGISTER & TH2260"), parent),
-      clock_(&qz::steadyClock()), run_(std::make_unique<forms::RunPass>(this, s.usb)) {
+      clock_(&qz::steadyClock()), run_(std::make_unique<forms::RunPass>(this, s.usb, s.runs)) {
     using forms::Form;
     using forms::Menu;
     using forms::MenuAction;

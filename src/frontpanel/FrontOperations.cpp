@@ -217,7 +217,10 @@ void frmMain::txtV_Enter() {
     if (!UpdateOutputLimits()) return;
     if (!(*v <= g.VoutMax && *v >= g.VoutMin))
         return forms::refuseEntry(txtV, qz::kVoltageOutsideLimits);
-    if (ForceVoltage()) txtV->setText(txtV->text().toUpper());
+    if (ForceVoltage()) {
+        txtV->setText(txtV->text().toUpper());
+        forms::markAccepted(txtV);
+    }
 }
 
 void frmMain::OFFSETx1_Enter() {
@@ -253,6 +256,38 @@ void frmMain::clampEntry(QLineEdit* box, bool high) {
     g.DAClast = r.DAClast;
     txtWrite->setText(qtext(r.txtWrite));
     session.SPIout(g.DAClast);
+    forms::markAccepted(box);
+    clampSet_[high ? 1 : 0] = qz::ClampLevel{r.current, r.R, g.imeasGain, g.VREF};
+}
+
+std::optional<float> frmMain::presentRsense() const {
+    const qz::CurrentRange* range = qz::currentRange(session.general.IRangeIndex);
+    if (!range) return std::nullopt;
+    if (range->rsenseBox == qz::RsenseBox::None) return range->rsense;
+    const QLineEdit* box = range->rsenseBox == qz::RsenseBox::EXT1 ? txtEXT1rsense : txtEXT2Rsense;
+    const std::optional<float> R = qz::parseSingle(box->text().toStdString());
+    if (!R || !(*R > 0.0f)) return std::nullopt;
+    return R;
+}
+
+std::optional<double> frmMain::clampAmps(bool high) const {
+    const std::optional<qz::ClampLevel>& set = clampSet_[high ? 1 : 0];
+    const std::optional<float> R = presentRsense();
+    if (!set || !R) return std::nullopt;
+    return qz::clampAmpsNow(*set, *R, session.general.imeasGain, session.general.VREF);
+}
+
+std::optional<std::pair<float, float>> frmMain::outputRange() {
+    auto* m = forms::controlOf<QLineEdit>(nav, forms::ref::kConsoleFinM);
+    auto* c = forms::controlOf<QLineEdit>(nav, forms::ref::kConsoleFinC);
+    if (!m || !c) return std::nullopt;
+    const auto offset = qz::readDacCode(OFFSETx1->text().toStdString());
+    const auto mCode = qz::readDacCode(m->text().toStdString());
+    const auto cCode = qz::readDacCode(c->text().toStdString());
+    if (!offset || !mCode || !cCode) return std::nullopt;
+    const qz::OutputLimits limits = qz::UpdateOutputLimits(session.general.VREF, *offset, *mCode, *cCode);
+    if (!limits.ok) return std::nullopt;
+    return std::pair{limits.VoutMin, limits.VoutMax};
 }
 
 void frmMain::txtEXT1rsense_Enter() {

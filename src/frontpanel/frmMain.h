@@ -6,11 +6,13 @@
 
 #include "forms/AutoComp.h"
 #include "forms/Panel.h"
+#include "levels/Clamps.h"
 
 #include <array>
 #include <initializer_list>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace qz {
 struct CompSelection;
@@ -49,6 +51,15 @@ public:
         bool outOfRange;
     };
     std::optional<ForceRefusal> forceRefusal(const std::string& text);
+    // VoutMin and VoutMax of the codes the boxes hold, worked out without a word sent or
+    // a box changed; nothing when a code box holds no code.
+    std::optional<std::pair<float, float>> outputRange();
+    // The sense resistor of the present range: the table's, or the number in the external
+    // range's box; nothing when that box holds none.
+    std::optional<float> presentRsense() const;
+    // The current the chip's clamp code stands for now, in amperes: the last clamp set,
+    // carried to the present range, gain and VREF. Nothing before the first.
+    std::optional<double> clampAmps(bool high) const;
     void UpdateRangeNames();
 
     // Reads, each showing the command in txtWrite and the reply in txtRead.
@@ -137,6 +148,7 @@ protected:
 
 private:
     int refIndex_ = 0; // the reference option whose VREF is in use
+    std::array<std::optional<qz::ClampLevel>, 2> clampSet_; // low, high
 
     QWidget* buildForceFrame();
     QWidget* buildChannelFrame();

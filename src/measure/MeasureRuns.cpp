@@ -78,6 +78,14 @@ void frmMeasure::cmdStop_Click() {
     run_->requestStop();
 }
 
+void frmMeasure::recordRun(qz::RunKind kind, int points, const std::vector<double>& forced,
+                           const std::vector<double>& readings, bool amps) {
+    const size_t n = std::min({static_cast<size_t>(std::max(points, 0)), forced.size(), readings.size()});
+    using Diff = std::vector<double>::difference_type;
+    session.runs.record({kind, std::vector<double>(forced.begin(), forced.begin() + static_cast<Diff>(n)),
+                         std::vector<double>(readings.begin(), readings.begin() + static_cast<Diff>(n)), amps});
+}
+
 void frmMeasure::finishRun() {
     // A close asked for during the run happens now.
     nav.unload(form);
@@ -148,6 +156,8 @@ void frmMeasure::SweepV(float Rsense, int32_t offsetCode) {
 
     run_->begin(cmdStop, plan.n + 1, *clock_, [this](const qz::RunProgress& p) { showProgress(p, true); });
     const qz::SweepOutcome out = qz::runSweep(context(List1), plan, arrays);
+    recordRun(qz::RunKind::Sweep, out.points, arrays.sweepVolts,
+              plan.measMode == 1 ? arrays.sweepMeasAmps : arrays.sweepMeasVolts, plan.measMode == 1);
     List1->flush();
     lblREADSPI->setText(forms::hexText(out.adcCode, 1));
     Text1->setText(forms::hexText(out.word, 1));
@@ -210,6 +220,8 @@ void frmMeasure::SweepandMeasure(float Rsense, int32_t offsetCode) {
 
     run_->begin(cmdStopit, qz::kTimeSamples, *clock_, [this](const qz::RunProgress& p) { showProgress(p, false); });
     const qz::TimeOutcome out = qz::runTime(context(List2), plan, arrays);
+    recordRun(qz::RunKind::Time, out.points, arrays.sampleTimes,
+              plan.measMode == 1 ? arrays.timeMeasAmps : arrays.sweepMeasVolts, plan.measMode == 1);
     List2->flush();
     lblREADSPI->setText(forms::hexText(out.adcCode, 1));
     txtmin1->setText(forms::qtext(qz::defaultText(out.range.min)));

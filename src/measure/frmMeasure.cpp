@@ -110,7 +110,7 @@ RunHead addRunHead(QHBoxLayout* top, QWidget* page, const RunHeadNames& n) {
 frmMeasure::frmMeasure(qz::Session& s, forms::Navigator& n, QWidget* parent)
     : forms::Panel(s, n, forms::Form::frmMeasure,
                    QStringLiteral("QZ7740 Voltage Measurements & CV1640"), parent),
-      clock_(&qz::steadyClock()), run_(std::make_unique<forms::RunPass>(this, s.usb)) {
+      clock_(&qz::steadyClock()), run_(std::make_unique<forms::RunPass>(this, s.usb, s.runs)) {
     using forms::Form;
     using forms::Menu;
     using forms::MenuAction;

@@ -6,6 +6,7 @@
 // settings of its run.
 
 #include "forms/Panel.h"
+#include "registers/RunLog.h"
 #include "runs/Measure.h"
 #include "runs/Stimuli.h"
 
@@ -180,6 +181,9 @@ class frmMeasure : public forms::Panel {
     void ShowChartAxes(const qz::ChartBounds& b, int points, const std::vector<double>& d);
     void ShowTimeChart(const qz::ChartBounds& b, const std::vector<double>& d);
     void finishRun();
+    // The points a run took, for whoever fetches them once it has ended.
+    void recordRun(qz::RunKind kind, int points, const std::vector<double>& forced,
+                   const std::vector<double>& readings, bool amps);
 
     qz::Clock* clock_;
     std::unique_ptr<forms::RunPass> run_;

@@ -1,5 +1,5 @@
-// The command table and its dispatch, the common commands, the raw words and the runs.
-// The panels' own operations are in PanelCommands.cpp.
+// The dispatch of a unit through the command table, the common commands, the status
+// registers, the raw words, the runs and their data.
 
 #include "remote/Instrument.h"
 
@@ -7,10 +7,13 @@
 #include "forms/MessageBox.h"
 #include "frontpanel/frmMain.h"
 #include "levels/Messages.h"
+#include "levels/Numbers.h"
 #include "measure/frmMeasure.h"
 #include "registers/RegisterMap.h"
+#include "remote/Commands.h"
 
 #include <QCheckBox>
+#include <QLineEdit>
 #include <QTimer>
 
 #include <cstdio>
@@ -19,120 +22,42 @@ namespace qz::remote {
 
 namespace {
 
-using Handler = std::string (Instrument::*)(const Instrument::Params&);
-using forms::Form;
+Instrument::Outcome failed() { return {Instrument::Outcome::Kind::Failed, {}}; }
 
-// One header of the command set. `board`: the command sends words to the chip, which a
-// run in progress must not see between its own.
-struct Command {
-    const char* pattern;
-    bool query;
-    int minParams, maxParams;
-    bool board;
-    Handler handler;
-    Form form = Form::frmMain; // the control of the list and check box entries
-    const char* control = nullptr;
-};
-
-using I = Instrument;
-constexpr bool Q = true, C = false;
-const Command kCommands[] = {
-    {"*IDN", Q, 0, 0, false, &I::idn},
-    {"*RST", C, 0, 0, true, &I::rst},
-    {"*CLS", C, 0, 0, false, &I::cls},
-    {"*OPC", Q, 0, 0, false, &I::opc},
-    {"SYSTem:ERRor", Q, 0, 0, false, &I::systErr},
-    {"SYSTem:ERRor:NEXT", Q, 0, 0, false, &I::systErr},
-    {"SYSTem:EXIT", C, 0, 0, false, &I::systExit},
-    {"REGister:WRITe", C, 1, 1, true, &I::regWrite},
-    {"REGister:READ", Q, 1, 1, true, &I::regRead},
-    {"SOURce:VOLTage", C, 1, 1, true, &I::sourVolt},
-    {"SOURce:VOLTage", Q, 0, 0, false, &I::sourVoltQ},
-    {"SOURce:CLAMp:HIGH", C, 1, 1, true, &I::clampHigh},
-    {"SOURce:CLAMp:HIGH", Q, 0, 0, false, &I::clampHighQ},
-    {"SOURce:CLAMp:LOW", C, 1, 1, true, &I::clampLow},
-    {"SOURce:CLAMp:LOW", Q, 0, 0, false, &I::clampLowQ},
-    {"SOURce:OFFSet", C, 1, 1, true, &I::offset},
-    {"SOURce:OFFSet", Q, 0, 0, false, &I::offsetQ},
-    {"SOURce:VREF", C, 1, 1, true, &I::vref},
-    {"SOURce:VREF", Q, 0, 0, false, &I::vrefQ},
-    {"MEASure:VOLTage", Q, 0, 0, true, &I::measVolt},
-    {"MEASure:CURRent", Q, 0, 0, true, &I::measCurr},
-    {"MEASure:TEMPerature", Q, 0, 0, true, &I::measTemp},
-    {"STATus:ALARm", Q, 0, 0, true, &I::alarms},
-    {"STATus:ALARm:CLEar", Q, 0, 0, true, &I::alarmsClear},
-    {"STATus:OPERation", Q, 0, 0, false, &I::statOper},
-    {"SWEep:STARt", C, 1, 1, true, &I::sweStart},
-    {"SWEep:STARt", Q, 0, 0, false, &I::sweStartQ},
-    {"SWEep:STOP", C, 1, 1, true, &I::sweStop},
-    {"SWEep:STOP", Q, 0, 0, false, &I::sweStopQ},
-    {"SWEep:STEP", C, 1, 1, true, &I::sweStep},
-    {"SWEep:STEP", Q, 0, 0, false, &I::sweStepQ},
-    {"TIME:VOLTage", C, 1, 1, true, &I::timeVolt},
-    {"TIME:VOLTage", Q, 0, 0, false, &I::timeVoltQ},
-    {"INITiate:SWEep", C, 0, 0, false, &I::initSweep},
-    {"INITiate:TIME", C, 0, 0, false, &I::initTime},
-    {"ABORt", C, 0, 0, false, &I::abor},
-    {"FETCh:SWEep", Q, 0, 0, false, &I::fetchSweep},
-    {"FETCh:TIME", Q, 0, 0, false, &I::fetchTime},
-    {"DIAGnostic:NODE:A", C, 1, 1, true, &I::diagNodeA},
-    {"DIAGnostic:NODE:A", Q, 0, 0, false, &I::diagNodeAQ},
-    {"DIAGnostic:NODE:B", C, 1, 1, true, &I::diagNodeB},
-    {"DIAGnostic:NODE:B", Q, 0, 0, false, &I::diagNodeBQ},
-};
-
-// The lists and check boxes, each set as the operator picks or clicks it.
-struct ControlCommand {
-    const char* pattern;
-    Form form;
-    const char* control;
-    bool list;
-};
-const ControlCommand kControls[] = {
-    {"SOURce:CURRent:RANGe", Form::frmMain, "cboCurrent", true},
-    {"MEASOut:SOURce", Form::frmMain, "cboMEASURE", true},
-    {"MEASOut:GAIN", Form::frmMain, "MEASOUTG", true},
-    {"SENSe:CURRent:GAIN", Form::frmMain, "IMEASG", true},
-    {"SOURce:GANG", Form::frmMain, "cboSlave", true},
-    {"SOURce:SLEW", Form::frmMain, "cboSlew", true},
-    {"SOURce:COMParator", Form::frmMain, "cboCompare", true},
-    {"SYSTem:FORCe", Form::frmMain, "cboSysforce", true},
-    {"SYSTem:TSHutdown", Form::frmMain, "tempset", true},
-    {"SWEep:RANGe", Form::frmMeasure, "cboSweepI", true},
-    {"SWEep:FUNCtion", Form::frmMeasure, "cboMeasureVI", true},
-    {"SWEep:DELay", Form::frmMeasure, "cboDela", true},
-    {"SWEep:SDELay", Form::frmMeasure, "cboMDelay", true},
-    {"OUTPut", Form::frmMain, "chkENABLECH", false},
-    {"SOURce:POWer", Form::frmMain, "chkPD", false},
-    {"SOURce:CLAMp:STATe", Form::frmMain, "chkCLAMPEN", false},
-    {"SOURce:GPO", Form::frmMain, "chkGPO", false},
-    {"SOURce:RTEN", Form::frmMain, "chk10k", false},
-};
-
-const Command* findCommand(const Line& line, Command& scratch) {
-    for (const Command& c : kCommands)
-        if (c.query == line.query && headerMatches(c.pattern, line.nodes)) return &c;
-    for (const ControlCommand& c : kControls) {
-        if (!headerMatches(c.pattern, line.nodes)) continue;
-        if (line.query)
-            scratch = {c.pattern, Q, 0, 0, false, c.list ? &I::listQuery : &I::checkQuery, c.form, c.control};
-        else
-            scratch = {c.pattern, C, 1, 1, true, c.list ? &I::listSet : &I::checkSet, c.form, c.control};
-        return &scratch;
-    }
-    return nullptr;
+int64_t wholeParam(const std::string& p, int64_t low, int64_t high) {
+    const NumericParse n = parseNumeric(p, SiUnit::None, false);
+    if (!n.numeric) throw Instrument::Refused{n.error};
+    const auto v = parseWhole(p);
+    if (!v) throw Instrument::Refused{standardError(err::kIllegalValue)};
+    if (*v < low || *v > high) throw Instrument::Refused{standardError(err::kOutOfRange)};
+    return *v;
 }
 
-Instrument::Reply answered(std::string text) { return {Instrument::Reply::Kind::Line, std::move(text)}; }
-Instrument::Reply failed(bool query) { return query ? answered({}) : Instrument::Reply{}; }
+// The chip's alarms on the questionable register: the bits SCPI gives voltage, current
+// and temperature where one fits, the others on bits of the device's own. Each alarm has
+// a latched bit and, one below it, a live one.
+struct AlarmBit {
+    int latchedBit;
+    uint16_t questionable;
+};
+constexpr AlarmBit kAlarmBits[] = {
+    {15, 0x0010}, // TEMP: temperature
+    {13, 0x0001}, // OPEN SENSE: the voltage is not held
+    {11, 0x0200}, // DUTGND
+    {9, 0x0002},  // CLAMP: current
+    {7, 0x0400},  // GUARD
+};
 
 } // namespace
 
 Instrument::Instrument(qz::Session& session, forms::Navigator& nav, Config config)
-    : session_(session), nav_(nav), config_(std::move(config)) {}
+    : session_(session), nav_(nav), config_(std::move(config)) {
+    session_.runs.onChange = [this] { runChanged(); };
+}
 
-Instrument::Capture::Capture(Instrument& in, std::vector<Message>& target)
-    : in_(in), previous_(in.target_) {
+Instrument::~Instrument() { session_.runs.onChange = nullptr; }
+
+Instrument::Capture::Capture(Instrument& in, std::vector<Message>& target) : in_(in), previous_(in.target_) {
     in_.target_ = &target;
     if (previous_) return;
     forms::setMessageSink([&in = in_](const std::string& title, const std::string& text, qz::MsgIcon icon) {
@@ -145,72 +70,79 @@ Instrument::Capture::~Capture() {
     if (!previous_) forms::setMessageSink(in_.config_.normalSink);
 }
 
-frmMain* Instrument::front() { return static_cast<frmMain*>(nav_.load(Form::frmMain)); }
-frmMeasure* Instrument::measure() { return static_cast<frmMeasure*>(nav_.load(Form::frmMeasure)); }
-frmDIAG* Instrument::diag() { return static_cast<frmDIAG*>(nav_.load(Form::frmDIAG)); }
+frmMain* Instrument::front() { return static_cast<frmMain*>(nav_.load(forms::Form::frmMain)); }
+frmMeasure* Instrument::measure() { return static_cast<frmMeasure*>(nav_.load(forms::Form::frmMeasure)); }
+frmDIAG* Instrument::diag() { return static_cast<frmDIAG*>(nav_.load(forms::Form::frmDIAG)); }
 
-QWidget* Instrument::currentControl() {
-    QWidget* control = forms::controlOf<QWidget>(nav_, controlForm_, QString::fromLatin1(controlName_));
-    if (!control) throw Refused{standardError(err::kExecution)};
-    return control;
+QWidget* Instrument::control(const Call& call) {
+    QWidget* c = forms::controlOf<QWidget>(nav_, call.command.form, QString::fromLatin1(call.command.control));
+    if (!c) throw Refused{standardError(err::kExecution)};
+    return c;
 }
 
 std::vector<forms::ControlRef> Instrument::panelControls() {
     std::vector<forms::ControlRef> refs;
-    for (const ControlCommand& c : kControls)
-        refs.push_back({c.form, c.control});
+    for (const Command& c : commandTable())
+        if (c.control) refs.push_back({c.form, c.control, c.set == &Instrument::nodeSet ? 0 : -1});
     return refs;
 }
 
-Instrument::Reply Instrument::execute(std::string_view text) {
-    const Parsed p = parseLine(text);
-    if (!p.line) {
-        if (p.error.code == err::kNone) return {};
-        errors_.push(p.error);
-        return failed(p.query);
-    }
-    return dispatch(*p.line);
+void Instrument::raise(Error e) {
+    status_.errorRaised(e.code);
+    errors_.push(std::move(e));
 }
 
-Instrument::Reply Instrument::dispatch(const Line& line) {
-    Command scratch{};
-    const Command* c = findCommand(line, scratch);
+bool Instrument::actsAtOnce(const Unit& unit) const {
+    Error ignored;
+    const Command* c = findCommand(unit, ignored);
+    return c && c->atOnce && !unit.query && unit.params.empty();
+}
+
+Instrument::Outcome Instrument::execute(const Unit& unit) {
+    Error e;
+    const Command* c = findCommand(unit, e);
     if (!c) {
-        errors_.push(standardError(err::kUndefinedHeader));
-        return failed(line.query);
+        raise(e);
+        return failed();
     }
-    if (c->handler == &I::opc && running()) return {Reply::Kind::AfterRun, {}};
-    const int n = static_cast<int>(line.params.size());
-    if (n < c->minParams || n > c->maxParams) {
-        errors_.push(standardError(n < c->minParams ? err::kMissingParameter : err::kParameterNotAllowed));
-        return failed(line.query);
+    return dispatch(*c, unit);
+}
+
+Instrument::Outcome Instrument::dispatch(const Command& c, const Unit& unit) {
+    const int n = static_cast<int>(unit.params.size());
+    if (n < (unit.query ? c.askMin : c.setMin)) {
+        raise(standardError(err::kMissingParameter));
+        return failed();
     }
-    if (c->board && running()) {
-        errors_.push(err::kSettingsConflict, "Settings conflict; a run is in progress");
-        return failed(line.query);
+    if (n > (unit.query ? c.askMax : c.setMax)) {
+        raise(standardError(err::kParameterNotAllowed));
+        return failed();
     }
-    controlForm_ = c->form;
-    controlName_ = c->control ? c->control : "";
+    if ((unit.query ? c.askAccess : c.setAccess) == Access::Writes && running()) {
+        raise({err::kSettingsConflict, "Settings conflict; a run is in progress"});
+        return failed();
+    }
     std::vector<Message> messages;
-    std::string answer;
-    bool ok = true;
+    Outcome out;
     {
         Capture capture(*this, messages);
         ++commandDepth_;
         try {
-            answer = (this->*(c->handler))(line.params);
+            out.answer = (this->*(unit.query ? c.ask : c.set))(Call{c, unit.params});
         } catch (const Refused& r) {
-            errors_.push(r.error);
-            ok = false;
+            raise(r.error);
+            out.kind = Outcome::Kind::Failed;
+        } catch (const WaitForRun&) {
+            out.kind = Outcome::Kind::Wait;
         }
         --commandDepth_;
     }
     if (!messages.empty()) {
         queueMessages(messages);
-        ok = false;
+        out.kind = Outcome::Kind::Failed;
     }
-    if (!line.query) return {};
-    return answered(ok ? std::move(answer) : std::string());
+    if (out.kind != Outcome::Kind::Done) out.answer.clear();
+    return out;
 }
 
 void Instrument::queueMessages(const std::vector<Message>& messages) {
@@ -219,23 +151,39 @@ void Instrument::queueMessages(const std::vector<Message>& messages) {
         // box a remote command raised is an execution error with its text.
         int code = err::kExecution;
         if (m.title == qz::kEntryErrorTitle) code = m.text == qz::kNotValidNumber ? err::kIllegalValue : err::kOutOfRange;
-        errors_.push(code, m.text);
+        raise({code, m.text});
     }
 }
 
 bool Instrument::running() const {
-    if (pending_ != Run::None || remoteRun_) return true;
-    if (auto* m = static_cast<frmMeasure*>(nav_.loaded(Form::frmMeasure)); m && m->running()) return true;
-    if (auto* d = static_cast<frmDIAG*>(nav_.loaded(Form::frmDIAG)); d && d->running()) return true;
-    return false;
+    return pending_ != Run::None || remoteRun_ || session_.runs.inProgress();
+}
+
+void Instrument::runChanged() {
+    const bool now = running();
+    status_.operation.setCondition(now ? kOperMeasuring : 0);
+    if (!now && opcArmed_) {
+        opcArmed_ = false;
+        status_.operationComplete();
+    }
+    // Whoever waits on the run hears of it from the event loop, once the run's own
+    // handler has returned.
+    if (notifyPosted_) return;
+    notifyPosted_ = true;
+    QTimer::singleShot(0, this, [this] {
+        notifyPosted_ = false;
+        if (onRunChange) onRunChange();
+    });
 }
 
 void Instrument::abort() {
+    const bool wasPending = pending_ != Run::None;
     pending_ = Run::None;
-    if (auto* m = static_cast<frmMeasure*>(nav_.loaded(Form::frmMeasure)); m && m->running()) m->cmdStop_Click();
+    if (auto* m = static_cast<frmMeasure*>(nav_.loaded(forms::Form::frmMeasure)); m && m->running()) m->cmdStop_Click();
     // The temperature run stops as the operator stops it: its "STOP" box ticked.
-    if (auto* d = static_cast<frmDIAG*>(nav_.loaded(Form::frmDIAG)); d && d->running() && !d->Check1->isChecked())
+    if (auto* d = static_cast<frmDIAG*>(nav_.loaded(forms::Form::frmDIAG)); d && d->running() && !d->Check1->isChecked())
         d->Check1->click();
+    if (wasPending) runChanged();
 }
 
 void Instrument::clientLeft() {
@@ -243,7 +191,15 @@ void Instrument::clientLeft() {
     if (pending_ != Run::None || remoteRun_) abort();
 }
 
-std::string Instrument::idn(const Params&) {
+void Instrument::newClient() {
+    errors_.clear();
+    status_.clear();
+    opcArmed_ = false;
+}
+
+// --- Common commands --------------------------------------------------------------------
+
+std::string Instrument::idn(const Call&) {
     std::string board = "no board";
     switch (session_.usb.linkState()) {
     case qz::LinkState::Virtual: board = "virtual board"; break;
@@ -254,118 +210,253 @@ std::string Instrument::idn(const Params&) {
     return "QZ7740,QZ7740 evaluation board," + board + "," + config_.version;
 }
 
-std::string Instrument::rst(const Params&) {
-    front()->cmdRESET_Click();
+std::string Instrument::rst(const Call&) {
+    // A run in progress stops first; the reset follows once its handler has returned.
+    if (running()) {
+        abort();
+        throw WaitForRun{};
+    }
+    if (config_.reset)
+        config_.reset();
+    else
+        front()->cmdRESET_Click();
+    format_ = {};
+    opcArmed_ = false;
     return {};
 }
 
-std::string Instrument::cls(const Params&) {
+std::string Instrument::cls(const Call&) {
     errors_.clear();
+    status_.clear();
+    opcArmed_ = false;
     return {};
 }
 
-std::string Instrument::opc(const Params&) { return "1"; }
+std::string Instrument::eseSet(const Call& c) {
+    status_.ese = static_cast<uint8_t>(wholeParam(c.params[0], 0, 255));
+    return {};
+}
+std::string Instrument::eseAsk(const Call&) { return std::to_string(status_.ese); }
+std::string Instrument::esrAsk(const Call&) { return std::to_string(status_.takeEsr()); }
+std::string Instrument::sreSet(const Call& c) {
+    // Bit 6 of the status byte is the summary itself: the enable has no bit there.
+    status_.sre = static_cast<uint8_t>(wholeParam(c.params[0], 0, 255) & ~stb::kRequestService);
+    return {};
+}
+std::string Instrument::sreAsk(const Call&) { return std::to_string(status_.sre); }
+std::string Instrument::stbAsk(const Call&) {
+    return std::to_string(status_.statusByte(errors_.size() > 0, messageWaiting && messageWaiting()));
+}
 
-std::string Instrument::systErr(const Params&) { return errors_.pop(); }
+std::string Instrument::opcSet(const Call&) {
+    if (running())
+        opcArmed_ = true;
+    else
+        status_.operationComplete();
+    return {};
+}
 
-std::string Instrument::systExit(const Params&) {
+std::string Instrument::opcAsk(const Call&) {
+    if (running()) throw WaitForRun{};
+    return "1";
+}
+
+std::string Instrument::wai(const Call&) {
+    if (running()) throw WaitForRun{};
+    return {};
+}
+
+std::string Instrument::tst(const Call&) {
+    // A register that does nothing until the ramp is enabled takes a pattern and gives it
+    // back; its value is put back afterwards.
+    const int address = qz::reg::kRampEnd;
+    const int32_t read = qz::readCommandOf(address);
+    constexpr int32_t kPattern = 0xA55A;
+    const int32_t before = session_.readWord(read) & 0xFFFF;
+    bool link = session_.usb.usbStatus == 0;
+    session_.SPIout((address << 16) | kPattern);
+    link = link && session_.usb.usbStatus == 0;
+    const int32_t back = session_.readWord(read) & 0xFFFF;
+    link = link && session_.usb.usbStatus == 0;
+    session_.SPIout((address << 16) | before);
+    if (link && !session_.usb.noBoard && back == kPattern) return "0";
+    raise({err::kSelfTest, link && !session_.usb.noBoard
+                               ? "Self-test failed; the register did not read back the word written"
+                               : "Self-test failed; the board does not answer"});
+    return "1";
+}
+
+// --- System and status ------------------------------------------------------------------
+
+std::string Instrument::systErr(const Call&) { return errors_.pop(); }
+std::string Instrument::systErrCount(const Call&) { return std::to_string(errors_.size()); }
+std::string Instrument::systVersion(const Call&) { return "1999.0"; }
+
+std::string Instrument::systExit(const Call&) {
     abort();
     if (config_.exit) config_.exit();
     return {};
 }
 
-namespace {
-int64_t wholeParam(const std::string& p, int64_t low, int64_t high) {
-    const auto v = parseWhole(p);
-    if (!v) throw Instrument::Refused{standardError(parseNumber(p) ? err::kIllegalValue : err::kNumericData)};
-    if (*v < low || *v > high) throw Instrument::Refused{standardError(err::kOutOfRange)};
-    return *v;
-}
-} // namespace
+std::string Instrument::lanControl(const Call&) { return std::to_string(controlPort ? controlPort() : 0); }
 
-std::string Instrument::regWrite(const Params& p) {
-    session_.SPIout(static_cast<int32_t>(wholeParam(p[0], 0, 0xFFFFFF)));
+std::string Instrument::operEvent(const Call&) { return std::to_string(status_.operation.takeEvent()); }
+std::string Instrument::operCondition(const Call&) { return std::to_string(status_.operation.condition); }
+std::string Instrument::operEnableSet(const Call& c) {
+    status_.operation.enable = static_cast<uint16_t>(wholeParam(c.params[0], 0, 65535));
+    return {};
+}
+std::string Instrument::operEnableAsk(const Call&) { return std::to_string(status_.operation.enable); }
+
+std::string Instrument::quesEvent(const Call&) {
+    readAlarms(false);
+    return std::to_string(status_.questionable.takeEvent());
+}
+std::string Instrument::quesCondition(const Call&) {
+    readAlarms(false);
+    return std::to_string(status_.questionable.condition);
+}
+std::string Instrument::quesEnableSet(const Call& c) {
+    status_.questionable.enable = static_cast<uint16_t>(wholeParam(c.params[0], 0, 65535));
+    return {};
+}
+std::string Instrument::quesEnableAsk(const Call&) { return std::to_string(status_.questionable.enable); }
+
+std::string Instrument::statPreset(const Call&) {
+    status_.preset();
     return {};
 }
 
-std::string Instrument::regRead(const Params& p) {
-    const int address = static_cast<int>(wholeParam(p[0], 0, 0x7F));
+uint16_t Instrument::readAlarms(bool clear) {
+    frmMain* m = front();
+    if (clear)
+        m->cmdCLEAR_Click();
+    else
+        m->cmdCheckAlarms_Click();
+    const auto word = qz::parseHex(m->txtRead->text().toStdString());
+    const auto present = static_cast<uint16_t>(word ? (~*word) & 0xFFC0 : 0);
+    uint16_t live = 0, latched = 0;
+    for (const AlarmBit& a : kAlarmBits) {
+        if (present & (1u << a.latchedBit)) latched |= a.questionable;
+        if (present & (1u << (a.latchedBit - 1))) live |= a.questionable;
+    }
+    status_.questionable.setCondition(live);
+    status_.questionable.event |= latched;
+    return present;
+}
+
+std::string Instrument::alarms(const Call& c) { return std::to_string(readAlarms(c.command.arg == 1)); }
+
+// --- The chip's words -------------------------------------------------------------------
+
+std::string Instrument::regWrite(const Call& c) {
+    session_.SPIout(static_cast<int32_t>(wholeParam(c.params[0], 0, 0xFFFFFF)));
+    return {};
+}
+
+std::string Instrument::regRead(const Call& c) {
+    const int address = static_cast<int>(wholeParam(c.params[0], 0, 0x7F));
     const int32_t r = session_.readWord(qz::readCommandOf(address));
     char text[8];
     std::snprintf(text, sizeof text, "%06X", static_cast<unsigned>(r & 0xFFFFFF));
     return text;
 }
 
-std::string Instrument::statOper(const Params&) { return running() ? "1" : "0"; }
+// --- Runs -------------------------------------------------------------------------------
 
-// A run asked for by INIT begins from the event loop, after the line's handler has
+// A run asked for by INIT begins from the event loop, after the unit's handler has
 // returned, so that the lines arriving while it runs are served.
 void Instrument::startRun(Run run) {
     if (running()) throw Refused{{err::kInitIgnored, "Init ignored; a run is in progress"}};
     measure(); // loaded now, so that its load's words go out with this command
     pending_ = run;
+    runChanged();
     QTimer::singleShot(0, this, [this] { beginRun(); });
 }
 
 void Instrument::beginRun() {
     if (commandDepth_ > 0) {
-        // A command's handler is serving events: the run waits for it to return.
+        // A unit's handler is serving events: the run waits for it to return.
         QTimer::singleShot(0, this, [this] { beginRun(); });
         return;
     }
     const Run run = pending_;
     pending_ = Run::None;
-    if (run != Run::None) {
-        remoteRun_ = true;
-        std::vector<Message> messages;
-        {
-            Capture capture(*this, messages);
-            frmMeasure* m = measure();
-            if (run == Run::Sweep)
-                m->cmdPlot_Click();
-            else
-                m->cmdPlotit_Click();
-            // The values the run's chart shows; the time run reuses the sweep's arrays.
-            const bool amps = session_.general.measMode == 1;
-            if (messages.empty() && run == Run::Sweep)
-                sweepResult_ = amps ? m->arrays.sweepMeasAmps : m->arrays.sweepMeasVolts;
-            if (messages.empty() && run == Run::Time)
-                timeResult_ = amps ? m->arrays.timeMeasAmps : m->arrays.sweepMeasVolts;
-        }
-        remoteRun_ = false;
-        queueMessages(messages);
+    if (run == Run::None) return;
+    remoteRun_ = true;
+    std::vector<Message> messages;
+    {
+        Capture capture(*this, messages);
+        frmMeasure* m = measure();
+        if (run == Run::Sweep)
+            m->cmdPlot_Click();
+        else
+            m->cmdPlotit_Click();
     }
-    if (onRunEnd) onRunEnd();
+    remoteRun_ = false;
+    queueMessages(messages);
+    runChanged();
 }
 
-std::string Instrument::initSweep(const Params&) {
+std::string Instrument::initSweep(const Call&) {
     startRun(Run::Sweep);
     return {};
 }
 
-std::string Instrument::initTime(const Params&) {
+std::string Instrument::initTime(const Call&) {
     startRun(Run::Time);
     return {};
 }
 
-std::string Instrument::abor(const Params&) {
+std::string Instrument::abor(const Call&) {
     abort();
     return {};
 }
 
-namespace {
-std::string joined(const std::vector<double>& values) {
-    std::string out;
-    out.reserve(values.size() * 12);
-    for (size_t i = 0; i < values.size(); ++i) {
-        if (i) out += ',';
-        out += numberText(values[i]);
-    }
-    return out;
+std::string Instrument::fetch(const Call& c) {
+    if (running()) throw Refused{{err::kDataStale, "Data corrupt or stale; a run is in progress"}};
+    const bool sweep = c.command.arg < 2;
+    const qz::RunRecord* r = session_.runs.last(sweep ? qz::RunKind::Sweep : qz::RunKind::Time);
+    if (!r)
+        throw Refused{{err::kDataStale, sweep ? "Data corrupt or stale; no sweep has ended yet"
+                                              : "Data corrupt or stale; no time run has ended yet"}};
+    const bool readings = c.command.arg % 2 == 0;
+    return formatValues(readings ? r->readings : r->forced, format_);
 }
-} // namespace
 
-std::string Instrument::fetchSweep(const Params&) { return joined(sweepResult_); }
-std::string Instrument::fetchTime(const Params&) { return joined(timeResult_); }
+std::string Instrument::formatSet(const Call& c) {
+    const std::string& type = c.params[0];
+    if (mnemonicMatches("ASCii", type)) {
+        if (c.params.size() > 1) wholeParam(c.params[1], 0, 64);
+        format_.data = DataFormat::Ascii;
+        return {};
+    }
+    if (!mnemonicMatches("REAL", type)) throw Refused{standardError(err::kIllegalValue)};
+    const int64_t bits = c.params.size() > 1 ? wholeParam(c.params[1], 0, 64) : 64;
+    if (bits != 32 && bits != 64) throw Refused{{err::kIllegalValue, "Illegal parameter value; REAL takes 32 or 64"}};
+    format_.data = bits == 32 ? DataFormat::Real32 : DataFormat::Real64;
+    return {};
+}
+
+std::string Instrument::formatAsk(const Call&) {
+    switch (format_.data) {
+    case DataFormat::Real32: return "REAL,32";
+    case DataFormat::Real64: return "REAL,64";
+    case DataFormat::Ascii: break;
+    }
+    return "ASC,0";
+}
+
+std::string Instrument::borderSet(const Call& c) {
+    if (mnemonicMatches("NORMal", c.params[0]))
+        format_.swapped = false;
+    else if (mnemonicMatches("SWAPped", c.params[0]))
+        format_.swapped = true;
+    else
+        throw Refused{standardError(err::kIllegalValue)};
+    return {};
+}
+
+std::string Instrument::borderAsk(const Call&) { return format_.swapped ? "SWAP" : "NORM"; }
 
 } // namespace qz::remote

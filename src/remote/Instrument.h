@@ -1,19 +1,21 @@
 #pragma once
-// The board as an instrument: each remote line becomes the operation of a panel's control,
-// so that a script does exactly what the operator's hand would, and the panels show it.
-// Refusals that a panel would put in a message box go to the error queue instead; a run
-// starts from the event loop, so that lines keep being served while it is in progress.
+// The board as an instrument: each unit of a remote message becomes the operation of a
+// panel's control, so that a script does exactly what the operator's hand would, and the
+// panels show it. Refusals that a panel would put in a message box go to the error queue
+// instead, and set the status bits of their class; a run starts from the event loop, so
+// that messages keep being served while it is in progress.
 
 #include "board/Message.h"
 #include "forms/Navigator.h"
 #include "registers/Session.h"
 #include "remote/Scpi.h"
+#include "remote/Status.h"
 
 #include <QObject>
 
 #include <functional>
+#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 class QLineEdit;
@@ -24,93 +26,138 @@ class frmDIAG;
 
 namespace qz::remote {
 
+struct Command;
+
 class Instrument : public QObject {
   public:
     struct Config {
-        std::string version;          // the program's, for *IDN?
-        qz::MessageSink normalSink;   // the sink outside remote commands (empty: the real box)
-        std::function<void()> exit;   // SYST:EXIT
+        std::string version;        // the program's, for *IDN?
+        qz::MessageSink normalSink; // the sink outside remote commands (empty: the real box)
+        std::function<void()> exit; // SYST:EXIT
+        // *RST: the panels and the chip as at the program's start, without the board's
+        // search. Empty: the front panel's RESET QZ7740 alone (tests of single panels).
+        std::function<void()> reset;
     };
     Instrument(qz::Session& session, forms::Navigator& nav, Config config);
+    ~Instrument() override;
 
-    struct Reply {
-        enum class Kind { None, Line, AfterRun };
-        Kind kind = Kind::None;
-        std::string text;
+    // One unit of a message, its header made whole. A query answers its text (empty when
+    // it failed); Wait asks for the unit again once no run is in progress.
+    struct Outcome {
+        enum class Kind { Done, Failed, Wait };
+        Kind kind = Kind::Done;
+        std::string answer;
     };
-    // One line without its end of line. A query answers a Line (empty when it failed);
-    // *OPC? during a run answers AfterRun: the reply "1" follows the run's end.
-    Reply execute(std::string_view line);
+    Outcome execute(const Unit& unit);
+    // A unit that takes effect at once, even while units before it wait for a run (ABOR,
+    // *CLS); it answers nothing.
+    bool actsAtOnce(const Unit& unit) const;
+    // An error found outside a unit's handler (the line's syntax, the server), queued and
+    // set in the event status register by its class.
+    void raise(Error e);
 
     // A run in progress, from the panels or remote, or one asked for and not yet begun.
     bool running() const;
     // STOP for the run in progress; a run asked for and not yet begun does not begin.
     void abort();
-    // The client has gone: a run it began or asked for stops.
+    // The client has gone (or cleared its connection): a run it began or asked for stops.
     void clientLeft();
-    // A new client: the queue starts empty.
-    void newClient() { errors_.clear(); }
+    // A new client: the queue and the event registers start empty.
+    void newClient();
     ErrorQueue& errors() { return errors_; }
+    StatusModel& status() { return status_; }
 
-    // Told when a run started by INIT has ended.
-    std::function<void()> onRunEnd;
+    // Told, from the event loop, when a run has started or ended (whoever started it).
+    std::function<void()> onRunChange;
+    // Whether an answer waits to be sent: the message bit of the status byte.
+    std::function<bool()> messageWaiting;
+    // The port of the control connection; 0 while there is none.
+    std::function<int()> controlPort;
 
-    // The handlers, one per command of the table (Instrument.cpp, PanelCommands.cpp).
-    using Params = std::vector<std::string>;
-    std::string idn(const Params&);
-    std::string rst(const Params&);
-    std::string cls(const Params&);
-    std::string opc(const Params&);
-    std::string systErr(const Params&);
-    std::string systExit(const Params&);
-    std::string regWrite(const Params&);
-    std::string regRead(const Params&);
-    std::string sourVolt(const Params&);
-    std::string sourVoltQ(const Params&);
-    std::string clampHigh(const Params&);
-    std::string clampLow(const Params&);
-    std::string clampHighQ(const Params&);
-    std::string clampLowQ(const Params&);
-    std::string offset(const Params&);
-    std::string offsetQ(const Params&);
-    std::string vref(const Params&);
-    std::string vrefQ(const Params&);
-    std::string measVolt(const Params&);
-    std::string measCurr(const Params&);
-    std::string measTemp(const Params&);
-    std::string alarms(const Params&);
-    std::string alarmsClear(const Params&);
-    std::string statOper(const Params&);
-    std::string sweStart(const Params&);
-    std::string sweStop(const Params&);
-    std::string sweStep(const Params&);
-    std::string sweStartQ(const Params&);
-    std::string sweStopQ(const Params&);
-    std::string sweStepQ(const Params&);
-    std::string timeVolt(const Params&);
-    std::string timeVoltQ(const Params&);
-    std::string initSweep(const Params&);
-    std::string initTime(const Params&);
-    std::string abor(const Params&);
-    std::string fetchSweep(const Params&);
-    std::string fetchTime(const Params&);
-    std::string diagNodeA(const Params&);
-    std::string diagNodeB(const Params&);
-    std::string diagNodeAQ(const Params&);
-    std::string diagNodeBQ(const Params&);
-    // The lists and check boxes of the control table, on the control of the line's entry.
-    std::string listSet(const Params&);
-    std::string listQuery(const Params&);
-    std::string checkSet(const Params&);
-    std::string checkQuery(const Params&);
-
-    // The panels' controls that the control table's commands work on.
-    static std::vector<forms::ControlRef> panelControls();
-
-    // A refusal of a handler: it ends the command with this error in the queue.
+    // What a handler is given: its row of the command table and the unit's parameters.
+    struct Call {
+        const Command& command;
+        const std::vector<std::string>& params;
+    };
+    // A refusal of a handler: it ends the unit with this error in the queue.
     struct Refused {
         Error error;
     };
+    // A handler that must wait for the run in progress to end, and then be run again.
+    struct WaitForRun {};
+
+    // The handlers of the command table (Instrument.cpp, Settings.cpp).
+    using Handler = std::string (Instrument::*)(const Call&);
+    std::string idn(const Call&);
+    std::string rst(const Call&);
+    std::string cls(const Call&);
+    std::string eseSet(const Call&);
+    std::string eseAsk(const Call&);
+    std::string esrAsk(const Call&);
+    std::string sreSet(const Call&);
+    std::string sreAsk(const Call&);
+    std::string stbAsk(const Call&);
+    std::string opcSet(const Call&);
+    std::string opcAsk(const Call&);
+    std::string wai(const Call&);
+    std::string tst(const Call&);
+    std::string systErr(const Call&);
+    std::string systErrCount(const Call&);
+    std::string systVersion(const Call&);
+    std::string systExit(const Call&);
+    std::string lanControl(const Call&);
+    std::string operEvent(const Call&);
+    std::string operCondition(const Call&);
+    std::string operEnableSet(const Call&);
+    std::string operEnableAsk(const Call&);
+    std::string quesEvent(const Call&);
+    std::string quesCondition(const Call&);
+    std::string quesEnableSet(const Call&);
+    std::string quesEnableAsk(const Call&);
+    std::string statPreset(const Call&);
+    std::string alarms(const Call&);
+    std::string regWrite(const Call&);
+    std::string regRead(const Call&);
+    std::string initSweep(const Call&);
+    std::string initTime(const Call&);
+    std::string abor(const Call&);
+    std::string fetch(const Call&);
+    std::string formatSet(const Call&);
+    std::string formatAsk(const Call&);
+    std::string borderSet(const Call&);
+    std::string borderAsk(const Call&);
+    // The panels' settings (Settings.cpp).
+    std::string voltSet(const Call&);
+    std::string voltAsk(const Call&);
+    std::string rangeSet(const Call&);
+    std::string rangeAsk(const Call&);
+    std::string rangeName(const Call&);
+    std::string clampSet(const Call&);
+    std::string clampAsk(const Call&);
+    std::string offsetSet(const Call&);
+    std::string offsetAsk(const Call&);
+    std::string vrefSet(const Call&);
+    std::string vrefAsk(const Call&);
+    std::string entrySet(const Call&);
+    std::string entryAsk(const Call&);
+    std::string stepSet(const Call&);
+    std::string stepAsk(const Call&);
+    std::string listSet(const Call&);
+    std::string listAsk(const Call&);
+    std::string valueSet(const Call&);
+    std::string valueAsk(const Call&);
+    std::string choiceSet(const Call&);
+    std::string choiceAsk(const Call&);
+    std::string checkSet(const Call&);
+    std::string checkAsk(const Call&);
+    std::string measVolt(const Call&);
+    std::string measCurr(const Call&);
+    std::string measTemp(const Call&);
+    std::string nodeSet(const Call&);
+    std::string nodeAsk(const Call&);
+
+    // The panels' controls that the command table's rows work on.
+    static std::vector<forms::ControlRef> panelControls();
 
   private:
     enum class Run { None, Sweep, Time };
@@ -118,8 +165,8 @@ class Instrument : public QObject {
         std::string title, text;
         qz::MsgIcon icon;
     };
-    // While a command runs, the panels' messages land in `target`; at the outermost end
-    // the normal sink returns.
+    // While a unit runs, the panels' messages land in `target`; at the outermost end the
+    // normal sink returns.
     class Capture {
       public:
         Capture(Instrument& in, std::vector<Message>& target);
@@ -135,29 +182,38 @@ class Instrument : public QObject {
     frmMain* front();
     frmMeasure* measure();
     frmDIAG* diag();
-    Reply dispatch(const Line& line);
+    Outcome dispatch(const Command& c, const Unit& unit);
     void queueMessages(const std::vector<Message>& messages);
     void startRun(Run run);
     void beginRun();
-    QWidget* currentControl();
-    void enterBox(QLineEdit* box, const std::string& text, const std::function<void()>& enter);
-    std::string entryText(const std::string& param) const;
+    void runChanged();
+    QWidget* control(const Call& call);
+    int itemInForce(const Call& call);
+    float forceLimit(Numeric::Kind kind);
+    // Puts the text in the box and presses Enter; a refused entry leaves the box's text
+    // as it was (the panel empties it for the operator's next try, a script has none).
+    void enterBox(QLineEdit* box, const std::string& text);
+    // The alarm status read as STAT:ALAR? reads it: the front panel's "Check Alarm Status"
+    // or "CLEAR"; a bit for each alarm present, the questionable register brought up to date.
+    uint16_t readAlarms(bool clear);
     double reading(int measureItem, bool amps);
-    std::string alarmRead(bool clear);
-    std::string diagNode(bool bankB, const Params& p);
-    std::string diagNodeQuery(bool bankB);
+    // The full scale of each range of the front panel's and the measurement panel's lists.
+    std::vector<double> frontFullScales();
+    std::vector<double> sweepFullScales() const;
+    void pickRange(QWidget* list, const std::vector<double>& fullScales, const Call& call, int defaultIndex);
 
     qz::Session& session_;
     forms::Navigator& nav_;
     Config config_;
     ErrorQueue errors_;
+    StatusModel status_;
+    Format format_;
     std::vector<Message>* target_ = nullptr;
     int commandDepth_ = 0;
-    Run pending_ = Run::None;  // asked for by INIT, not yet begun
-    bool remoteRun_ = false;   // begun by INIT, not yet ended
-    std::vector<double> sweepResult_, timeResult_;
-    forms::Form controlForm_ = forms::Form::frmMain; // the control of the entry in hand
-    const char* controlName_ = "";
+    Run pending_ = Run::None; // asked for by INIT, not yet begun
+    bool remoteRun_ = false;  // begun by INIT, not yet ended
+    bool opcArmed_ = false;   // *OPC: the bit is set when the runs in progress end
+    bool notifyPosted_ = false;
 };
 
 } // namespace qz::remote

@@ -6,25 +6,36 @@
 namespace qz::remote {
 
 Server::Server(Instrument& instrument, QObject* parent)
-    : QObject(parent), instrument_(instrument), server_(new QTcpServer(this)) {
+    : QObject(parent), instrument_(instrument), server_(new QTcpServer(this)), control_(new QTcpServer(this)) {
     connect(server_, &QTcpServer::newConnection, this, [this] { accept(); });
-    instrument_.onRunEnd = [this] { runEnded(); };
-    runWatch_.setInterval(10);
-    connect(&runWatch_, &QTimer::timeout, this, [this] { runEnded(); });
+    connect(control_, &QTcpServer::newConnection, this, [this] { acceptControl(); });
+    instrument_.onRunChange = [this] { runChanged(); };
+    instrument_.controlPort = [this] { return static_cast<int>(controlPort()); };
 }
 
 Server::~Server() {
-    instrument_.onRunEnd = nullptr;
+    instrument_.onRunChange = nullptr;
+    instrument_.controlPort = nullptr;
+    exchange_.reset();
     if (client_) client_->abort();
 }
 
 bool Server::listen(const QHostAddress& address, quint16 port, std::string& error) {
-    if (server_->listen(address, port)) return true;
-    error = server_->errorString().toStdString();
-    return false;
+    if (!server_->listen(address, port)) {
+        error = server_->errorString().toStdString();
+        return false;
+    }
+    const quint16 next = server_->serverPort() < 65535 ? static_cast<quint16>(server_->serverPort() + 1) : 0;
+    if (!(port != 0 && control_->listen(address, next)) && !control_->listen(address, 0)) {
+        error = "control connection: " + control_->errorString().toStdString();
+        server_->close();
+        return false;
+    }
+    return true;
 }
 
 quint16 Server::port() const { return server_->serverPort(); }
+quint16 Server::controlPort() const { return control_->isListening() ? control_->serverPort() : 0; }
 
 void Server::accept() {
     while (QTcpSocket* s = server_->nextPendingConnection()) {
@@ -37,7 +48,8 @@ void Server::accept() {
         client_ = s;
         s->setSocketOption(QAbstractSocket::LowDelayOption, 1);
         input_.clear();
-        waiting_ = false;
+        consumed_ = 0;
+        exchange_ = std::make_shared<Exchange>(instrument_);
         instrument_.newClient();
         connect(s, &QTcpSocket::readyRead, this, [this] { readLines(); });
         connect(s, &QTcpSocket::disconnected, this, [this, s] {
@@ -47,64 +59,105 @@ void Server::accept() {
     }
 }
 
+void Server::acceptControl() {
+    while (QTcpSocket* s = control_->nextPendingConnection()) {
+        s->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+        connect(s, &QTcpSocket::readyRead, this, [this, s] { readControl(s); });
+        connect(s, &QTcpSocket::disconnected, s, &QObject::deleteLater);
+    }
+}
+
+void Server::readControl(QTcpSocket* s) {
+    while (s->canReadLine()) {
+        const QByteArray line = s->readLine().trimmed().toUpper();
+        if (line == "DCL") {
+            deviceClear();
+            s->write("DCL\n");
+        }
+    }
+    // The control connection carries short lines only.
+    if (s->bytesAvailable() > kLineLimit) s->abort();
+}
+
+void Server::deviceClear() {
+    input_.clear();
+    consumed_ = 0;
+    if (client_) client_->readAll();
+    if (exchange_) exchange_->clear();
+    // A run the client started stops; the operator's goes on.
+    instrument_.clientLeft();
+}
+
 void Server::dropClient() {
     // Whatever the client left in progress ends with it.
     instrument_.clientLeft();
     client_ = nullptr;
+    exchange_.reset();
     input_.clear();
-    waiting_ = false;
-    runWatch_.stop();
+    consumed_ = 0;
+}
+
+void Server::send(const std::string& answers) {
+    if (!client_ || answers.empty()) return;
+    // A client that asks and never reads would have its answers pile up here for ever:
+    // past the bound each answer line goes as an empty line, so that the count of lines
+    // still matches the count of messages that asked.
+    size_t start = 0;
+    while (start < answers.size()) {
+        const size_t end = answers.find('\n', start);
+        const size_t next = end == std::string::npos ? answers.size() : end + 1;
+        if (client_->bytesToWrite() + static_cast<qint64>(next - start) > outputLimit_) {
+            instrument_.raise({err::kQueryDeadlocked, "Query DEADLOCKED; answers left unread, this one dropped"});
+            client_->write("\n", 1);
+        } else {
+            client_->write(answers.data() + start, static_cast<qint64>(next - start));
+        }
+        start = next;
+    }
+    // What the system takes at once leaves the bound to what the client has not read.
+    if (client_->bytesToWrite() > 1024 * 1024) client_->flush();
 }
 
 void Server::readLines() {
-    // A handler may serve events (a run passes them once per point): lines that come
-    // meanwhile wait in the buffer for the loop below, never nested inside a handler.
-    if (serving_ || !client_) return;
-    serving_ = true;
+    if (!client_ || !exchange_) return;
+    // The exchange lives on while it runs here, even if the client goes meanwhile.
+    const std::shared_ptr<Exchange> exchange = exchange_;
     input_.append(client_->readAll());
-    QByteArray out;
-    qsizetype start = 0;
-    while (client_ && !waiting_) {
-        const qsizetype end = input_.indexOf('\n', start);
+    const bool outer = !serving_;
+    serving_ = true;
+    // A handler that serves events may bring this back in: the inner call takes the
+    // lines that came, the outer one goes on after them.
+    while (client_ && exchange_ == exchange) {
+        const qsizetype end = input_.indexOf('\n', consumed_);
         if (end < 0) break;
         qsizetype stop = end;
-        if (stop > start && input_[stop - 1] == '\r') --stop;
-        const Instrument::Reply r = instrument_.execute(
-            std::string_view(input_.constData() + start, static_cast<size_t>(stop - start)));
-        start = end + 1;
-        if (r.kind == Instrument::Reply::Kind::Line) {
-            out.append(r.text.data(), static_cast<qsizetype>(r.text.size()));
-            out.append('\n');
-        } else if (r.kind == Instrument::Reply::Kind::AfterRun) {
-            waiting_ = true;
-            runWatch_.start();
-        }
-        // The answers go out as they come when the next line waits on the socket anyway.
-        if (!out.isEmpty() && input_.indexOf('\n', start) < 0) {
-            client_->write(out);
-            out.clear();
-        }
+        if (stop > consumed_ && input_[stop - 1] == '\r') --stop;
+        const std::string line(input_.constData() + consumed_, static_cast<size_t>(stop - consumed_));
+        consumed_ = end + 1;
+        exchange->addLine(line);
+        const std::string out = exchange->run();
+        if (exchange_ == exchange) send(out);
     }
-    if (client_ && !out.isEmpty()) client_->write(out);
-    input_.remove(0, start);
+    if (client_) client_->flush();
+    if (!outer) return;
+    serving_ = false;
+    input_.remove(0, consumed_);
+    consumed_ = 0;
     if (client_ && input_.size() > kLineLimit && input_.indexOf('\n') < 0) {
         // A line this long is no command: the connection goes, and the run with it.
         QTcpSocket* s = client_;
         dropClient();
         s->abort();
     }
-    serving_ = false;
-    // Bytes that came while the loop ran are served now.
-    if (client_ && !waiting_ && client_->bytesAvailable() > 0) readLines();
 }
 
-void Server::runEnded() {
-    if (!waiting_ || instrument_.running()) return;
-    waiting_ = false;
-    runWatch_.stop();
-    if (client_) client_->write("1\n");
-    // When the run ends inside readLines (an INIT run serving events), its loop goes on.
-    if (!serving_ && client_) readLines();
+void Server::runChanged() {
+    const std::shared_ptr<Exchange> exchange = exchange_;
+    if (!exchange || !exchange->waiting()) return;
+    const std::string out = exchange->run();
+    if (exchange_ != exchange) return;
+    send(out);
+    if (client_) client_->flush();
 }
 
 } // namespace qz::remote

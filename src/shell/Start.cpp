@@ -1,14 +1,47 @@
 #include "shell/Start.h"
 
+#include "board/Wire.h"
 #include "forms/Forms.h"
+#include "registers/RegisterMap.h"
+
+#include <vector>
 
 namespace qz {
 
-std::unique_ptr<frmMAINQZ7740> startConsole(forms::Navigator& nav, Session& session) {
+std::unique_ptr<frmMAINQZ7740> startConsole(forms::Navigator& nav, Session& session, bool search) {
     auto console = std::make_unique<frmMAINQZ7740>(session, nav);
     nav.adopt(forms::Form::frmMAINQZ7740, console.get());
-    console->Form_Load();
+    if (search)
+        console->Form_Load();
+    else
+        console->PowerOn();
     return console;
+}
+
+namespace {
+// Every panel goes; the console as the others do, once the events in hand are done with it.
+void unloadAll(forms::Navigator& nav, std::unique_ptr<frmMAINQZ7740>& console) {
+    for (forms::Form form : forms::kAllForms)
+        if (form != forms::Form::frmMAINQZ7740) nav.unload(form);
+    (void)console.release();
+    nav.unload(forms::Form::frmMAINQZ7740);
+}
+} // namespace
+
+void resetProgram(forms::Navigator& nav, Session& session, std::unique_ptr<frmMAINQZ7740>& console) {
+    std::vector<forms::Form> shown;
+    for (forms::Form form : forms::kAllForms)
+        if (QWidget* w = nav.loaded(form); w && w->isVisible() && form != forms::Form::frmMain &&
+                                           form != forms::Form::frmMAINQZ7740)
+            shown.push_back(form);
+    session.usb.SendRequest(wire::kChipReset);
+    session.SPIout(readCommandOf(reg::kAlarmStatusClear));
+    unloadAll(nav, console);
+    const bool busy = session.general.entryBusy;
+    session.general = General{};
+    session.general.entryBusy = busy;
+    console = startConsole(nav, session, false);
+    for (forms::Form form : shown) nav.show(form);
 }
 
 BoardWatch::BoardWatch(forms::Navigator& nav, Session& session, std::unique_ptr<frmMAINQZ7740>& console)
@@ -29,11 +62,7 @@ void BoardWatch::poll() {
 void BoardWatch::restart() {
     if (!session_.boardBack()) return;
     session_.setBoardBack(false);
-    for (forms::Form form : forms::kAllForms)
-        if (form != forms::Form::frmMAINQZ7740) nav_.unload(form);
-    // The console goes as the others do, once the events in hand are done with it.
-    console_.release();
-    nav_.unload(forms::Form::frmMAINQZ7740);
+    unloadAll(nav_, console_);
     console_ = startConsole(nav_, session_);
 }
 

@@ -14,8 +14,14 @@
 
 namespace qz {
 
-// The console made, known by name and loaded: it loads the panels it needs.
-std::unique_ptr<frmMAINQZ7740> startConsole(forms::Navigator& nav, Session& session);
+// The console made, known by name and loaded: it loads the panels it needs. Without the
+// search the board is taken as it is, and only the power-on words go out.
+std::unique_ptr<frmMAINQZ7740> startConsole(forms::Navigator& nav, Session& session, bool search = true);
+
+// The remote control's reset: the chip reset as "RESET QZ7740" does, then every panel
+// made afresh and the power-on words sent, as at the program's start but for the board's
+// search; the shared variables back at their start. The panels that were open show again.
+void resetProgram(forms::Navigator& nav, Session& session, std::unique_ptr<frmMAINQZ7740>& console);
 
 class BoardWatch : public QObject {
   public:

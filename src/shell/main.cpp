@@ -108,7 +108,8 @@ int main(int argc, char** argv) {
         instrument = std::make_unique<qz::remote::Instrument>(
             session, nav,
             qz::remote::Instrument::Config{QCoreApplication::applicationVersion().toStdString(), normalSink,
-                                           [] { QCoreApplication::quit(); }});
+                                           [] { QCoreApplication::quit(); },
+                                           [&] { qz::resetProgram(nav, session, console); }});
         server = std::make_unique<qz::remote::Server>(*instrument);
         const QHostAddress address(QString::fromStdString(options.listenAddress));
         if (!server->listen(address, static_cast<quint16>(options.remotePort), error)) {
@@ -117,6 +118,8 @@ int main(int argc, char** argv) {
             return 2;
         }
         std::cout << "listening on " << options.listenAddress << ":" << server->port() << std::endl;
+        std::cerr << "qz7740: control connection on " << options.listenAddress << ":" << server->controlPort()
+                  << std::endl;
     }
     QTimer signalWatch;
     if (options.headless || server) {

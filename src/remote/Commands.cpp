@@ -1,0 +1,322 @@
+// The command table: every header the remote control knows, with what it works on and
+// how the README and the Python class name it.
+
+#include "remote/Commands.h"
+
+#include <algorithm>
+
+namespace qz::remote {
+
+namespace {
+
+using I = Instrument;
+using forms::Form;
+constexpr Access R = Access::Reads, W = Access::Writes;
+
+// The numbers that the items of a list stand for, in item order.
+constexpr double kCurrentGains[] = {20, 10};
+constexpr double kMeasoutGains[] = {0.2, 1};
+constexpr double kSlewRates[] = {1e6, 0.875e6, 0.75e6, 0.625e6, 0.5e6, 0.4375e6, 0.35e6, 0.3125e6};
+constexpr double kShutdownCelsius[] = {130, 120, 110, 100};
+constexpr double kCycleSeconds[] = {0, 0.1, 0.2, 0.3, 0.4, 0.5};
+constexpr double kSampleFractions[] = {0, 0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, 0.8, 0.9};
+constexpr const char* kMeasureWords[] = {"VOLTage", "CURRent"};
+
+constexpr const char* kIndexOrName = "`<index>` or `\"<item>\"`";
+constexpr const char* kBool = "`0`, `1`, `OFF`, `ON`";
+constexpr const char* kMask = "`<0..255>`";
+constexpr const char* kMask16 = "`<0..65535>`";
+
+const Command kTable[] = {
+    // IEEE 488.2 common commands.
+    {.header = "*IDN", .ask = &I::idn, .answer = "`QZ7740,QZ7740 evaluation board,<board>,<version>`",
+     .what = "identity; the board is `virtual board`, `usb <path>` or `no board`",
+     .example = "`*IDN?` → `QZ7740,QZ7740 evaluation board,virtual board,1.6.0`", .python = "id"},
+    {.header = "*RST", .set = &I::rst,
+     .what = "stops a run, resets the chip as \"RESET QZ7740\" does and brings the chip and the panels to the "
+             "program's start (table below); never refused",
+     .example = "`*RST`", .python = "reset"},
+    {.header = "*CLS", .set = &I::cls, .atOnce = true,
+     .what = "empties the error queue and the event registers; at once, even behind a waiting `*OPC?`",
+     .example = "`*CLS`", .python = "clear"},
+    {.header = "*ESE", .set = &I::eseSet, .ask = &I::eseAsk, .setMin = 1, .setMax = 1, .param = kMask,
+     .answer = "the mask", .what = "event status enable: the bits of `*ESR?` that set bit 5 of `*STB?`",
+     .example = "`*ESE 60`", .python = "event_status_enable"},
+    {.header = "*ESR", .ask = &I::esrAsk, .answer = "the register, then cleared",
+     .what = "event status: 1 operation complete, 4 query error, 8 device error, 16 execution error, 32 "
+             "command error",
+     .example = "`*ESR?` → `32`", .python = "event_status"},
+    {.header = "*SRE", .set = &I::sreSet, .ask = &I::sreAsk, .setMin = 1, .setMax = 1, .param = kMask,
+     .answer = "the mask", .what = "service request enable: the bits of `*STB?` that set its bit 6",
+     .example = "`*SRE 4`", .python = "service_request_enable"},
+    {.header = "*STB", .ask = &I::stbAsk, .answer = "the status byte",
+     .what = "4 error queue not empty, 8 questionable, 16 an answer waits, 32 event status, 64 service "
+             "request, 128 operation",
+     .example = "`*STB?` → `4`", .python = "status_byte"},
+    {.header = "*OPC", .set = &I::opcSet, .ask = &I::opcAsk, .answer = "`1` once no run is in progress",
+     .what = "the command sets bit 1 of `*ESR?` when the runs in progress end; the query waits for their end "
+             "(later lines are read meanwhile)",
+     .example = "`INIT:SWE;*OPC?` → `1`", .python = "wait_for_completion"},
+    {.header = "*WAI", .set = &I::wai, .what = "the units after it wait until no run is in progress",
+     .example = "`INIT:SWE;*WAI;FETC:SWE?`"},
+    {.header = "*TST", .ask = &I::tst, .askAccess = W, .answer = "`0` passed, `1` failed (-330 queued)",
+     .what = "self test: the link answers and the ramp end register reads back a pattern written to it (its "
+             "value is put back)",
+     .example = "`*TST?` → `0`", .python = "self_test"},
+
+    // SCPI system and status.
+    {.header = "SYSTem:ERRor[:NEXT]", .ask = &I::systErr,
+     .answer = "`code,\"text\"`, oldest first, or `0,\"No error\"`", .what = "the error queue, 20 deep",
+     .example = "`SYST:ERR?` → `-113,\"Undefined header\"`", .python = "next_error"},
+    {.header = "SYSTem:ERRor:COUNt", .ask = &I::systErrCount, .answer = "the errors in the queue",
+     .example = "`SYST:ERR:COUN?` → `0`", .python = "error_count"},
+    {.header = "SYSTem:VERSion", .ask = &I::systVersion, .answer = "`1999.0`",
+     .what = "the SCPI version followed", .example = "`SYST:VERS?` → `1999.0`", .python = "scpi_version"},
+    {.header = "SYSTem:EXIT", .set = &I::systExit, .what = "ends the program (a run in progress is stopped first)",
+     .example = "`SYST:EXIT`", .python = "exit_program"},
+    {.header = "SYSTem:COMMunicate:LAN:CONTrol", .ask = &I::lanControl,
+     .answer = "the control connection's port, `0` without one",
+     .what = "a line `DCL` on that port clears this connection's input and output and stops a run it "
+             "started, then answers `DCL`",
+     .example = "`SYST:COMM:LAN:CONT?` → `5026`", .python = "control_port"},
+    {.header = "STATus:OPERation[:EVENt]", .ask = &I::operEvent, .answer = "the event register, then cleared",
+     .what = "bit 4 (16), measuring, latched when a run starts", .example = "`STAT:OPER?` → `16`",
+     .python = "operation_event"},
+    {.header = "STATus:OPERation:CONDition", .ask = &I::operCondition, .answer = "`16` while a run is in progress, else `0`",
+     .example = "`STAT:OPER:COND?` → `16`", .python = "operation_condition"},
+    {.header = "STATus:OPERation:ENABle", .set = &I::operEnableSet, .ask = &I::operEnableAsk, .setMin = 1,
+     .setMax = 1, .param = kMask16, .answer = "the mask", .what = "the operation bits that set bit 7 of `*STB?`",
+     .example = "`STAT:OPER:ENAB 16`", .python = "operation_enable"},
+    {.header = "STATus:QUEStionable[:EVENt]", .ask = &I::quesEvent, .askAccess = R,
+     .answer = "the event register, then cleared",
+     .what = "the chip's alarms (read now, latched or live): 1 open sense (voltage), 2 clamp (current), 16 "
+             "temperature, 512 DUT ground, 1024 guard",
+     .example = "`STAT:QUES?` → `2`", .python = "questionable_event"},
+    {.header = "STATus:QUEStionable:CONDition", .ask = &I::quesCondition, .askAccess = R,
+     .answer = "the alarms present now, on the bits above", .example = "`STAT:QUES:COND?` → `0`",
+     .python = "questionable_condition"},
+    {.header = "STATus:QUEStionable:ENABle", .set = &I::quesEnableSet, .ask = &I::quesEnableAsk, .setMin = 1,
+     .setMax = 1, .param = kMask16, .answer = "the mask", .what = "the questionable bits that set bit 3 of `*STB?`",
+     .example = "`STAT:QUES:ENAB 18`", .python = "questionable_enable"},
+    {.header = "STATus:PRESet", .set = &I::statPreset, .what = "both SCPI enables to 0",
+     .example = "`STAT:PRES`", .python = "preset_status"},
+    {.header = "STATus:ALARm", .ask = &I::alarms, .askAccess = R,
+     .answer = "a bit per alarm present: bits 15 to 6 of the alarm status word (the chip's are active low)",
+     .what = "\"Check Alarm Status\"; served during a run", .example = "`STAT:ALAR?` → `0`", .python = "alarms"},
+    {.header = "STATus:ALARm:CLEar", .ask = &I::alarms, .askAccess = R, .arg = 1, .answer = "as `STAT:ALAR?`",
+     .what = "\"CLEAR\": the read that clears the latched alarms", .example = "`STAT:ALAR:CLE?` → `0`",
+     .python = "clear_alarms"},
+
+    // The chip's words.
+    {.header = "REGister:WRITe", .set = &I::regWrite, .setMin = 1, .setMax = 1, .setAccess = W,
+     .param = "`<word>`", .what = "one 24-bit word to the chip", .example = "`REG:WRITE #H0889FE`",
+     .python = "write_register"},
+    {.header = "REGister:READ", .ask = &I::regRead, .askMin = 1, .askMax = 1, .askAccess = R, .param = "`<address>`",
+     .answer = "six hexadecimal digits", .what = "the read-back of the register", .example = "`REG:READ? 8` → `0889FE`",
+     .python = "read_register"},
+
+    // The front panel.
+    {.header = "[SOURce#:]VOLTage[:LEVel][:IMMediate][:AMPLitude]", .set = &I::voltSet, .ask = &I::voltAsk,
+     .setMin = 1, .setMax = 1, .askMax = 1, .setAccess = W, .unit = SiUnit::Volt, .limits = true,
+     .param = "`<volts>`, `MIN`, `MAX`, `DEF` (0 V)", .answer = "volts; `9.91E+37` before the first",
+     .what = "force voltage (txtV and Enter), between Z/S and F/S; `VOLT? MIN` and `VOLT? MAX` answer them",
+     .example = "`VOLT 2.5`; `VOLT? MAX` → `12.8`", .python = "source_voltage"},
+    {.header = "[SOURce#:]CURRent:RANGe", .set = &I::rangeSet, .ask = &I::rangeAsk, .setMin = 1, .setMax = 1,
+     .askMax = 1, .setAccess = W, .control = "cboCurrent", .unit = SiUnit::Ampere, .limits = true,
+     .param = "`<amperes>`, `MIN`, `MAX`, `DEF` (2.5 mA), or `\"<name>\"`", .answer = "the range's full scale, amperes",
+     .what = "current range (cboCurrent): the smallest whose full scale covers the value",
+     .example = "`CURR:RANG 2MA`; `CURR:RANG?` → `0.0025`", .python = "current_range"},
+    {.header = "[SOURce#:]CURRent:RANGe:NAME", .ask = &I::rangeName, .control = "cboCurrent",
+     .answer = "`\"<name>\"` as the list shows it, without ± and \"Current Range\"",
+     .example = "`CURR:RANG:NAME?` → `\"2.5mA\"`", .python = "current_range_name"},
+    {.header = "[SOURce#:]CLAMp:HIGH", .set = &I::clampSet, .ask = &I::clampAsk, .setMin = 1, .setMax = 1,
+     .askMax = 1, .setAccess = W, .control = "txtclamph", .unit = SiUnit::Ampere, .limits = true, .arg = 1,
+     .param = "`<amperes>`, `MIN` (0), `MAX`, `DEF` (the range's limit)",
+     .answer = "amperes at the present range; `9.91E+37` before the first",
+     .what = "high current clamp (txtclamph in the range's unit, and Enter)", .example = "`CLAM:HIGH 2mA`",
+     .python = "clamp_high"},
+    {.header = "[SOURce#:]CLAMp:LOW", .set = &I::clampSet, .ask = &I::clampAsk, .setMin = 1, .setMax = 1,
+     .askMax = 1, .setAccess = W, .control = "txtClampl", .unit = SiUnit::Ampere, .limits = true, .arg = 0,
+     .param = "`<amperes>`, `MIN`, `DEF` (the range's limit, negative), `MAX` (0)", .answer = "as `CLAM:HIGH?`",
+     .what = "low current clamp (txtClampl)", .example = "`CLAM:LOW -2E-3`", .python = "clamp_low"},
+    {.header = "[SOURce#:]CLAMp:STATe", .set = &I::checkSet, .ask = &I::checkAsk, .setMin = 1, .setMax = 1,
+     .setAccess = W, .control = "chkCLAMPEN", .param = kBool, .answer = "`0` or `1`",
+     .what = "\"Enable Current Clamp\"", .example = "`CLAM:STAT OFF`", .python = "clamps_enabled"},
+    {.header = "OUTPut#[:STATe]", .set = &I::checkSet, .ask = &I::checkAsk, .setMin = 1, .setMax = 1,
+     .setAccess = W, .control = "chkENABLECH", .param = kBool, .answer = "`0` or `1`",
+     .what = "\"Enable DPS(/SW-INH)\"", .example = "`OUTP ON`", .python = "output_enabled"},
+    {.header = "[SOURce#:]POWer[:STATe]", .set = &I::checkSet, .ask = &I::checkAsk, .setMin = 1, .setMax = 1,
+     .setAccess = W, .control = "chkPD", .param = kBool, .answer = "`0` or `1`", .what = "\"Power Up DPS\"",
+     .example = "`POW 1`", .python = "powered_up"},
+    {.header = "[SOURce#:]OFFSet", .set = &I::offsetSet, .ask = &I::offsetAsk, .setMin = 1, .setMax = 1,
+     .askMax = 1, .setAccess = W, .limits = true,
+     .param = "`<0..65535>`, `MIN`, `MAX`, `DEF` (32768)", .answer = "the code in decimal",
+     .what = "the OFFSET DAC code of the front panel", .example = "`OFFS #H8000`", .python = "offset_code"},
+    {.header = "[SOURce#:]VREF", .set = &I::vrefSet, .ask = &I::vrefAsk, .setMin = 1, .setMax = 1, .askMax = 1,
+     .setAccess = W, .unit = SiUnit::Volt, .limits = true, .param = "`<volts>` (2 to 5), `MIN`, `MAX`, `DEF` (5 V)",
+     .answer = "VREF in volts", .what = "the reference: 5, 2.5 or Other with its number",
+     .example = "`VREF 2.5`", .python = "reference_voltage"},
+    {.header = "[SOURce#:]GANG", .set = &I::listSet, .ask = &I::listAsk, .setMin = 1, .setMax = 1, .setAccess = W,
+     .control = "cboSlave", .param = kIndexOrName, .answer = "the index", .what = "gang mode",
+     .example = "`GANG \"SLAVE - FV\"`", .python = "gang_mode"},
+    {.header = "[SOURce#:]SLEW", .set = &I::valueSet, .ask = &I::valueAsk, .setMin = 1, .setMax = 1, .askMax = 1,
+     .setAccess = W, .control = "cboSlew", .limits = true, .values = kSlewRates,
+     .param = "V/s of an item: `1E6` ... `312500`, `MIN`, `MAX`, `DEF`", .answer = "V/s", .what = "slew rate",
+     .example = "`SLEW 5E5`", .python = "slew_rate"},
+    {.header = "[SOURce#:]COMParator", .set = &I::listSet, .ask = &I::listAsk, .setMin = 1, .setMax = 1,
+     .setAccess = W, .control = "cboCompare", .param = kIndexOrName, .answer = "the index",
+     .what = "what the comparator outputs report", .example = "`COMP 3`", .python = "comparator"},
+    {.header = "[SOURce#:]GPO", .set = &I::checkSet, .ask = &I::checkAsk, .setMin = 1, .setMax = 1, .setAccess = W,
+     .control = "chkGPO", .param = kBool, .answer = "`0` or `1`", .what = "GPO", .example = "`GPO 1`",
+     .python = "gpo"},
+    {.header = "[SOURce#:]RTEN", .set = &I::checkSet, .ask = &I::checkAsk, .setMin = 1, .setMax = 1,
+     .setAccess = W, .control = "chk10k", .param = kBool, .answer = "`0` or `1`",
+     .what = "the 10k resistor between force and sense", .example = "`RTEN 0`", .python = "force_sense_resistor"},
+    {.header = "SYSTem:FORCe", .set = &I::listSet, .ask = &I::listAsk, .setMin = 1, .setMax = 1, .setAccess = W,
+     .control = "cboSysforce", .param = kIndexOrName, .answer = "the index", .what = "system force/sense",
+     .example = "`SYST:FORC 1`", .python = "system_force"},
+    {.header = "SYSTem:TSHutdown", .set = &I::valueSet, .ask = &I::valueAsk, .setMin = 1, .setMax = 1,
+     .askMax = 1, .setAccess = W, .control = "tempset", .limits = true, .values = kShutdownCelsius,
+     .param = "`130`, `120`, `110`, `100` (°C), `MIN`, `MAX`, `DEF`", .answer = "°C",
+     .what = "thermal shutdown temperature", .example = "`SYST:TSH 110`", .python = "shutdown_temperature"},
+    {.header = "MEASOut:SOURce", .set = &I::listSet, .ask = &I::listAsk, .setMin = 1, .setMax = 1, .setAccess = W,
+     .control = "cboMEASURE", .param = kIndexOrName, .answer = "the index", .what = "MEASOUT source (cboMEASURE)",
+     .example = "`MEASO:SOUR 2`", .python = "measout_source"},
+    {.header = "MEASOut:GAIN", .set = &I::valueSet, .ask = &I::valueAsk, .setMin = 1, .setMax = 1, .askMax = 1,
+     .setAccess = W, .control = "MEASOUTG", .limits = true, .values = kMeasoutGains,
+     .param = "`0.2`, `1`, `MIN`, `MAX`, `DEF`", .answer = "the gain", .what = "MEASOUT gain",
+     .example = "`MEASO:GAIN 0.2`", .python = "measout_gain"},
+    {.header = "SENSe:CURRent:GAIN", .set = &I::valueSet, .ask = &I::valueAsk, .setMin = 1, .setMax = 1,
+     .askMax = 1, .setAccess = W, .control = "IMEASG", .limits = true, .values = kCurrentGains,
+     .param = "`20`, `10`, `MIN`, `MAX`, `DEF`", .answer = "the gain", .what = "current-sense (MI) gain",
+     .example = "`SENS:CURR:GAIN 10`", .python = "current_sense_gain"},
+
+    // Readings.
+    {.header = "MEASure[:SCALar]:VOLTage[:DC]", .ask = &I::measVolt, .askAccess = W, .answer = "volts",
+     .what = "one ADC reading of MEASOUT set to VSENSE, scaled as the measurement panel scales it",
+     .example = "`MEAS:VOLT?` → `2.499695`", .python = "voltage"},
+    {.header = "MEASure[:SCALar]:CURRent[:DC]", .ask = &I::measCurr, .askAccess = W, .answer = "amperes",
+     .what = "one reading of MEASOUT set to ISENSE", .example = "`MEAS:CURR?` → `0.0002500343`",
+     .python = "current"},
+    {.header = "MEASure[:SCALar]:TEMPerature", .ask = &I::measTemp, .askAccess = W, .answer = "°C",
+     .what = "the sensor's local temperature (\"READ I2C\")", .example = "`MEAS:TEMP?` → `26`",
+     .python = "temperature"},
+
+    // The measurement panel's runs.
+    {.header = "SWEep:STARt", .set = &I::entrySet, .ask = &I::entryAsk, .setMin = 1, .setMax = 1, .setAccess = W,
+     .form = Form::frmMeasure, .control = "txtstartV", .unit = SiUnit::Volt, .param = "`<volts>` (whole volts)",
+     .answer = "volts", .what = "the sweep's start", .example = "`SWE:STAR -1`", .python = "sweep_start"},
+    {.header = "SWEep:STOP", .set = &I::entrySet, .ask = &I::entryAsk, .setMin = 1, .setMax = 1, .setAccess = W,
+     .form = Form::frmMeasure, .control = "txtendV", .unit = SiUnit::Volt, .param = "`<volts>` (whole volts)",
+     .answer = "volts", .what = "the sweep's end", .example = "`SWE:STOP 1`", .python = "sweep_stop"},
+    {.header = "SWEep:STEP", .set = &I::stepSet, .ask = &I::stepAsk, .setMin = 1, .setMax = 1, .setAccess = W,
+     .form = Form::frmMeasure, .control = "txtstep", .unit = SiUnit::Volt,
+     .param = "`<volts>`, 0 to 1 V in whole millivolts", .answer = "volts", .what = "the sweep's step",
+     .example = "`SWE:STEP 250MV`", .python = "sweep_step"},
+    {.header = "SWEep:RANGe", .set = &I::rangeSet, .ask = &I::rangeAsk, .setMin = 1, .setMax = 1, .askMax = 1,
+     .setAccess = W, .form = Form::frmMeasure, .control = "cboSweepI", .unit = SiUnit::Ampere, .limits = true,
+     .arg = 1, .param = "`<amperes>`, `MIN`, `MAX`, `DEF` (5 uA), or `\"<name>\"`",
+     .answer = "the range's full scale, amperes", .what = "the runs' current range (cboSweepI)",
+     .example = "`SWE:RANG 2.5MA`", .python = "sweep_range"},
+    {.header = "SWEep:FUNCtion", .set = &I::choiceSet, .ask = &I::choiceAsk, .setMin = 1, .setMax = 1,
+     .setAccess = W, .form = Form::frmMeasure, .control = "cboMeasureVI", .words = kMeasureWords,
+     .param = "`VOLTage`, `CURRent`", .answer = "`VOLT` or `CURR`", .what = "what the runs measure",
+     .example = "`SWE:FUNC CURR`", .python = "sweep_measures"},
+    {.header = "SWEep:DELay", .set = &I::valueSet, .ask = &I::valueAsk, .setMin = 1, .setMax = 1, .askMax = 1,
+     .setAccess = W, .form = Form::frmMeasure, .control = "cboDela", .unit = SiUnit::Second, .limits = true,
+     .values = kCycleSeconds, .param = "`0` (no delay), `0.1` ... `0.5` s, `MIN`, `MAX`, `DEF`",
+     .answer = "seconds", .what = "the cycle delay of a point", .example = "`SWE:DEL 200MS`", .python = "sweep_delay"},
+    {.header = "SWEep:SDELay", .set = &I::valueSet, .ask = &I::valueAsk, .setMin = 1, .setMax = 1, .askMax = 1,
+     .setAccess = W, .form = Form::frmMeasure, .control = "cboMDelay", .limits = true, .values = kSampleFractions,
+     .param = "`0`, `0.1` ... `0.9`, `MIN`, `MAX`, `DEF`", .answer = "the fraction",
+     .what = "the sample delay, a fraction of the cycle", .example = "`SWE:SDEL 0.5`", .python = "sample_delay"},
+    {.header = "TIME:VOLTage", .set = &I::entrySet, .ask = &I::entryAsk, .setMin = 1, .setMax = 1, .setAccess = W,
+     .form = Form::frmMeasure, .control = "txtForceV", .unit = SiUnit::Volt, .param = "`<volts>` (whole volts)",
+     .answer = "volts", .what = "the time run's voltage", .example = "`TIME:VOLT 2`", .python = "time_voltage"},
+    {.header = "INITiate:SWEep", .set = &I::initSweep,
+     .what = "starts the sweep of the measurement panel; returns at once", .example = "`INIT:SWE`",
+     .python = "init_sweep"},
+    {.header = "INITiate:TIME", .set = &I::initTime, .what = "starts the time run; returns at once",
+     .example = "`INIT:TIME`", .python = "init_time_run"},
+    {.header = "ABORt", .set = &I::abor, .atOnce = true,
+     .what = "STOP for the run in progress (the temperature run's \"STOP\" box is ticked); at once, even "
+             "behind a waiting `*OPC?`",
+     .example = "`ABOR`", .python = "abort"},
+    {.header = "FETCh:SWEep[:READing]", .ask = &I::fetch, .arg = 0,
+     .answer = "the readings of the last sweep that ended: volts, or amperes when it measured current",
+     .what = "-230 during a run or before the first; in the data format", .example = "`FETC:SWE?` → `-0.9998,-0.4999,...`",
+     .python = "fetch_sweep"},
+    {.header = "FETCh:SWEep:FORCe", .ask = &I::fetch, .arg = 1, .answer = "the voltages that sweep forced",
+     .example = "`FETC:SWE:FORC?` → `-1,-0.5,...`", .python = "fetch_sweep_forced"},
+    {.header = "FETCh:TIME[:READing]", .ask = &I::fetch, .arg = 2, .answer = "the readings of the last time run",
+     .example = "`FETC:TIME?`", .python = "fetch_time_run"},
+    {.header = "FETCh:TIME:TIMes", .ask = &I::fetch, .arg = 3, .answer = "its sample times, seconds",
+     .example = "`FETC:TIME:TIM?`", .python = "fetch_time_run_times"},
+    {.header = "FORMat[:DATA]", .set = &I::formatSet, .ask = &I::formatAsk, .setMin = 1, .setMax = 2,
+     .param = "`ASCii`, `REAL,32`, `REAL,64`", .answer = "`ASC,0`, `REAL,32` or `REAL,64`",
+     .what = "the data of `FETC`: comma-separated numbers, or a definite-length block (`#` and its length) of "
+             "floats",
+     .example = "`FORM REAL,64`", .python = "data_format"},
+    {.header = "FORMat:BORDer", .set = &I::borderSet, .ask = &I::borderAsk, .setMin = 1, .setMax = 1,
+     .param = "`NORMal`, `SWAPped`", .answer = "`NORM` or `SWAP`",
+     .what = "the blocks' byte order: most significant byte first, or last", .example = "`FORM:BORD SWAP`",
+     .python = "byte_order"},
+
+    // The diagnostics panel.
+    {.header = "DIAGnostic:NODE:A", .set = &I::nodeSet, .ask = &I::nodeAsk, .setMin = 1, .setMax = 1,
+     .setAccess = W, .form = Form::frmDIAG, .control = "optDIAGA", .arg = 0, .param = "`<k>`",
+     .answer = "the index", .what = "the node of DIAG A (optDIAGA(k))", .example = "`DIAG:NODE:A 3`",
+     .python = "diagnostic_node_a"},
+    {.header = "DIAGnostic:NODE:B", .set = &I::nodeSet, .ask = &I::nodeAsk, .setMin = 1, .setMax = 1,
+     .setAccess = W, .form = Form::frmDIAG, .control = "optDIAGB", .arg = 1, .param = "`<k>`",
+     .answer = "the index", .what = "the node of DIAG B (optDIAGB(k))", .example = "`DIAG:NODE:B 0`",
+     .python = "diagnostic_node_b"},
+};
+
+std::string cell(const char* text) {
+    std::string out = text;
+    for (size_t i = 0; (i = out.find('|', i)) != std::string::npos; i += 2) out.replace(i, 1, "\\|");
+    return out;
+}
+
+} // namespace
+
+std::span<const Command> commandTable() { return kTable; }
+
+const Command* findCommand(const Unit& unit, Error& error) {
+    bool badSuffix = false;
+    for (const Command& c : kTable) {
+        const Match m = matchHeader(c.header, unit.nodes);
+        if (m == Match::BadSuffix) badSuffix = true;
+        if (m != Match::Yes) continue;
+        if (unit.query ? c.ask != nullptr : c.set != nullptr) return &c;
+    }
+    error = standardError(badSuffix ? err::kHeaderSuffix : err::kUndefinedHeader);
+    return nullptr;
+}
+
+std::string markdownTable() {
+    std::string out = "| command | parameter | answer | what it does | example | Python |\n"
+                      "|---|---|---|---|---|---|\n";
+    for (const Command& c : kTable) {
+        std::string head = std::string("`") + c.header + (c.set ? "" : "?") + "`";
+        if (c.set && c.ask) head += " / `?`";
+        out += "| " + head + " | " + cell(c.param) + " | " + cell(c.answer) + " | " + cell(c.what) + " | " +
+               cell(c.example) + " | " + (*c.python ? std::string("`") + c.python + "`" : std::string()) + " |\n";
+    }
+    return out;
+}
+
+std::string pythonTable() {
+    std::string out = "# The program's remote commands, as `build/tests/qz7740-commands python` prints them from\n"
+                      "# its command table; a test fails when the two differ.\n"
+                      "# (header, short form, has a command form, has a query form, QZ7740 attribute)\n"
+                      "COMMANDS = (\n";
+    for (const Command& c : kTable) {
+        out += "    (\"" + std::string(c.header) + "\", \"" + shortForm(c.header) + "\", " + (c.set ? "True" : "False") +
+               ", " + (c.ask ? "True" : "False") + ", \"" + c.python + "\"),\n";
+    }
+    return out + ")\n";
+}
+
+} // namespace qz::remote
