@@ -190,6 +190,7 @@ class Instrument : public QObject {
     QWidget* control(const Call& call);
     int itemInForce(const Call& call);
     float forceLimit(Numeric::Kind kind);
+    double entryLimit(const Call& call, Numeric::Kind kind);
     // Puts the text in the box and presses Enter; a refused entry leaves the box's text
     // as it was (the panel empties it for the operator's next try, a script has none).
     void enterBox(QLineEdit* box, const std::string& text);

@@ -11,6 +11,8 @@
 #include "levels/Clamps.h"
 #include "levels/Numbers.h"
 #include "levels/Ranges.h"
+#include "levels/TransferLaw.h"
+#include "registers/RegisterMap.h"
 #include "registers/FieldOps.h"
 #include "measure/frmMeasure.h"
 #include "remote/Commands.h"
@@ -317,20 +319,38 @@ std::string Instrument::vrefAsk(const Call& call) {
 
 // --- The measurement panel's boxes ------------------------------------------------------
 
+// The whole volts the measurement panel's voltage boxes take, for the OFFSET code in the
+// chip; DEF is the box's start text (the row's number).
+double Instrument::entryLimit(const Call& call, Numeric::Kind kind) {
+    if (kind == Kind::Def) return call.command.arg;
+    const int32_t offset =
+        session_.readWord(qz::readCommandOf(qz::reg::kOffset)) - qz::writeWord(qz::reg::kOffset, 0);
+    const qz::EntryVoltageRange r = qz::entryVoltageRange(session_.general.VREF, offset);
+    return kind == Kind::Min ? std::ceil(r.lowestShown) : std::floor(r.highestShown);
+}
+
 std::string Instrument::entrySet(const Call& call) {
-    enterBox(static_cast<QLineEdit*>(control(call)), entryNumber(numericParam(call).value));
+    const Numeric n = numericParam(call);
+    const double v = n.kind == Kind::Value ? n.value : entryLimit(call, n.kind);
+    enterBox(static_cast<QLineEdit*>(control(call)), entryNumber(v));
     return {};
 }
 
-std::string Instrument::entryAsk(const Call& call) { return acceptedNumber(static_cast<QLineEdit*>(control(call))); }
+std::string Instrument::entryAsk(const Call& call) {
+    if (const auto kind = limitAsked(call)) return numberText(entryLimit(call, *kind));
+    return acceptedNumber(static_cast<QLineEdit*>(control(call)));
+}
 
 // The step box takes whole millivolts; the remote gives volts like the sweep's ends.
 std::string Instrument::stepSet(const Call& call) {
-    enterBox(static_cast<QLineEdit*>(control(call)), entryNumber(numericParam(call).value * 1000.0));
+    const Numeric n = numericParam(call);
+    const double v = n.kind == Kind::Value ? n.value : pickLimit(n.kind, 0.0, 1.0, 1.0);
+    enterBox(static_cast<QLineEdit*>(control(call)), entryNumber(v * 1000.0));
     return {};
 }
 
 std::string Instrument::stepAsk(const Call& call) {
+    if (const auto kind = limitAsked(call)) return numberText(pickLimit(*kind, 0.0, 1.0, 1.0));
     return acceptedNumber(static_cast<QLineEdit*>(control(call)), 0.001);
 }
 

@@ -185,6 +185,7 @@ TEST_F(Remote, RangesAndClampsInAmperesWhateverTheRange) {
     EXPECT_EQ(meas->cboMeasureVI->currentIndex(), 1);
     EXPECT_EQ(meas->cboSweepI->currentIndex(), 4);
     EXPECT_EQ(ask("SWE:STEP?;DEL?;FUNC?;RANG?;:SENS:CURR:GAIN?"), "0.25;0.2;CURR;0.025;10");
+    EXPECT_EQ(ask("SWE:STAR? MIN;STOP? MAX;STEP? MAX"), "-12;12;1") << "the whole volts of Z/S and F/S";
 }
 
 TEST_F(Remote, ResetBringsEverySettingBackToTheStartOfTheProgram) {
