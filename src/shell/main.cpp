@@ -118,8 +118,6 @@ int main(int argc, char** argv) {
             return 2;
         }
         std::cout << "listening on " << options.listenAddress << ":" << server->port() << std::endl;
-        std::cerr << "qz7740: control connection on " << options.listenAddress << ":" << server->controlPort()
-                  << std::endl;
     }
     QTimer signalWatch;
     if (options.headless || server) {
