@@ -48,6 +48,20 @@ void Navigator::unload(Form form) {
     forms_.erase(it);
 }
 
+QObject* Navigator::child(Form form, QWidget* panel, const QString& name, const QMetaObject& kind) {
+    Found& f = children_[{form, name, &kind}];
+    if (f.panel == panel && f.control) return f.control;
+    f.panel = panel;
+    // The first of the kind by that name, as findChild would give it.
+    f.control = nullptr;
+    for (QObject* o : panel->findChildren<QObject*>(name))
+        if (kind.cast(o)) {
+            f.control = o;
+            break;
+        }
+    return f.control;
+}
+
 QString ControlRef::objectName() const {
     return member < 0 ? QString::fromLatin1(name) : forms::member(name, member);
 }

@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <map>
+#include <tuple>
 
 namespace forms {
 
@@ -36,6 +37,11 @@ public:
     // Removes the panel; its next showing loads it afresh.
     void unload(Form form);
 
+    // A control of the panel by name and kind: looked for once, then kept for as long as
+    // the panel and the control live (a search of a panel's tree costs more than the
+    // operations that ask for it).
+    QObject* child(Form form, QWidget* panel, const QString& name, const QMetaObject& kind);
+
 private:
     struct Entry {
         Factory create;
@@ -43,6 +49,11 @@ private:
     };
     std::map<Form, Entry> factories_;
     std::map<Form, QPointer<QWidget>> forms_;
+    struct Found {
+        QPointer<QWidget> panel;
+        QPointer<QObject> control;
+    };
+    std::map<std::tuple<Form, QString, const QMetaObject*>, Found> children_;
 };
 
 // A control of another panel: the panel and the control's name, with the member's index
@@ -62,7 +73,7 @@ struct ControlRef {
 template <typename T> T* controlOf(Navigator& nav, Form form, const QString& control) {
     QWidget* panel = nav.load(form);
     if (!panel) return nullptr;
-    T* t = panel->findChild<T*>(control);
+    T* t = static_cast<T*>(nav.child(form, panel, control, T::staticMetaObject));
     if (!t) missingControl(form, control, T::staticMetaObject.className());
     return t;
 }

@@ -4,6 +4,7 @@
 #include "remote/Commands.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace qz::remote {
 
@@ -290,9 +291,15 @@ std::string cell(const char* text) {
 std::span<const Command> commandTable() { return kTable; }
 
 const Command* findCommand(const Unit& unit, Error& error) {
+    static const std::vector<HeaderPattern> patterns = [] {
+        std::vector<HeaderPattern> p;
+        for (const Command& c : kTable) p.emplace_back(c.header);
+        return p;
+    }();
     bool badSuffix = false;
-    for (const Command& c : kTable) {
-        const Match m = matchHeader(c.header, unit.nodes);
+    for (size_t i = 0; i < std::size(kTable); ++i) {
+        const Command& c = kTable[i];
+        const Match m = patterns[i].match(unit.nodes);
         if (m == Match::BadSuffix) badSuffix = true;
         if (m != Match::Yes) continue;
         if (unit.query ? c.ask != nullptr : c.set != nullptr) return &c;

@@ -65,11 +65,7 @@ bool validNode(std::string_view node, bool common) {
                        [](char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; });
 }
 
-struct PatternNode {
-    std::string_view name;
-    bool optional = false;
-    bool suffix = false;
-};
+using PatternNode = HeaderPattern::Node;
 
 std::vector<PatternNode> patternNodes(std::string_view pattern) {
     std::vector<PatternNode> out;
@@ -97,8 +93,8 @@ std::vector<PatternNode> patternNodes(std::string_view pattern) {
             n.suffix = true;
             part.remove_suffix(1);
         }
-        n.name = part;
-        out.push_back(n);
+        n.name = std::string(part);
+        out.push_back(std::move(n));
     }
     return out;
 }
@@ -344,8 +340,12 @@ std::vector<MessageUnit> parseMessage(std::string_view line) {
     return out;
 }
 
+HeaderPattern::HeaderPattern(std::string_view pattern) : nodes_(patternNodes(pattern)) {}
+
+Match HeaderPattern::match(const std::vector<std::string>& nodes) const { return matchFrom(nodes_, 0, nodes, 0); }
+
 Match matchHeader(std::string_view pattern, const std::vector<std::string>& nodes) {
-    return matchFrom(patternNodes(pattern), 0, nodes, 0);
+    return HeaderPattern(pattern).match(nodes);
 }
 
 std::string shortForm(std::string_view pattern) {

@@ -97,6 +97,20 @@ bool mnemonicMatches(std::string_view pattern, std::string_view text);
 // range.
 enum class Match { No, Yes, BadSuffix };
 Match matchHeader(std::string_view pattern, const std::vector<std::string>& nodes);
+// A pattern read once, for the many headers a table meets.
+class HeaderPattern {
+  public:
+    explicit HeaderPattern(std::string_view pattern);
+    Match match(const std::vector<std::string>& nodes) const;
+    struct Node {
+        std::string name;
+        bool optional = false;
+        bool suffix = false;
+    };
+
+  private:
+    std::vector<Node> nodes_;
+};
 inline bool headerMatches(std::string_view pattern, const std::vector<std::string>& nodes) {
     return matchHeader(pattern, nodes) == Match::Yes;
 }
