@@ -2,6 +2,9 @@
 
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTimer>
+
+#include <algorithm>
 
 namespace qz::remote {
 
@@ -39,24 +42,40 @@ quint16 Server::controlPort() const { return control_->isListening() ? control_-
 
 void Server::accept() {
     while (QTcpSocket* s = server_->nextPendingConnection()) {
-        if (client_) {
-            s->write("-200,\"Remote control in use\"\n");
-            s->disconnectFromHost();
-            connect(s, &QTcpSocket::disconnected, s, &QObject::deleteLater);
+        if (!client_) {
+            take(s);
             continue;
         }
-        client_ = s;
-        s->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-        input_.clear();
-        consumed_ = 0;
-        exchange_ = std::make_shared<Exchange>(instrument_);
-        instrument_.newClient();
-        connect(s, &QTcpSocket::readyRead, this, [this] { readLines(); });
-        connect(s, &QTcpSocket::disconnected, this, [this, s] {
-            if (client_ == s) dropClient();
-            s->deleteLater();
+        // The client in hand may be one that has just closed, whose end the event loop
+        // has yet to see: the newcomer waits a moment before it is told the control is
+        // in use.
+        waiting_.push_back(s);
+        QTimer::singleShot(kGraceMs, this, [this, p = QPointer<QTcpSocket>(s)] {
+            const auto it = std::find(waiting_.begin(), waiting_.end(), p);
+            if (it == waiting_.end()) return;
+            waiting_.erase(it);
+            if (!p) return;
+            p->write("-200,\"Remote control in use\"\n");
+            p->disconnectFromHost();
+            connect(p, &QTcpSocket::disconnected, p, &QObject::deleteLater);
         });
     }
+}
+
+void Server::take(QTcpSocket* s) {
+    client_ = s;
+    s->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    input_.clear();
+    consumed_ = 0;
+    exchange_ = std::make_shared<Exchange>(instrument_);
+    instrument_.newClient();
+    connect(s, &QTcpSocket::readyRead, this, [this] { readLines(); });
+    connect(s, &QTcpSocket::disconnected, this, [this, s] {
+        if (client_ == s) dropClient();
+        s->deleteLater();
+    });
+    // What it sent while it waited is served now.
+    if (s->bytesAvailable() > 0) QTimer::singleShot(0, this, [this] { readLines(); });
 }
 
 void Server::acceptControl() {
@@ -95,6 +114,14 @@ void Server::dropClient() {
     exchange_.reset();
     input_.clear();
     consumed_ = 0;
+    while (!waiting_.empty()) {
+        const QPointer<QTcpSocket> next = waiting_.front();
+        waiting_.erase(waiting_.begin());
+        if (next && next->state() == QAbstractSocket::ConnectedState) {
+            take(next);
+            break;
+        }
+    }
 }
 
 void Server::send(const std::string& answers) {

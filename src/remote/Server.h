@@ -1,8 +1,8 @@
 #pragma once
 // The remote control's sockets: one client at a time on the panels' event thread, lines
 // in and the answer lines out; beside it the control connection of LAN instruments, on
-// which a line "DCL" clears the data connection. A second client is told the control is
-// in use and closed; a line past 64 KiB closes the connection; a client that leaves
+// which a line "DCL" clears the data connection. A second client waits a moment for the
+// first to be seen gone, then is told the control is in use and closed; a line past 64 KiB closes the connection; a client that leaves
 // during a run it started stops it; answers that pile up unread past a bound are dropped.
 
 #include "remote/Exchange.h"
@@ -14,6 +14,7 @@
 #include <QPointer>
 
 #include <memory>
+#include <vector>
 
 class QTcpServer;
 class QTcpSocket;
@@ -26,6 +27,8 @@ class Server : public QObject {
     // Answers a client has not read, beyond which new ones are dropped (-430).
     static constexpr qint64 kOutputLimit = 16 * 1024 * 1024;
     static constexpr quint16 kDefaultPort = 5025;
+    // How long a second client waits for the first to be seen gone before it is refused.
+    static constexpr int kGraceMs = 200;
 
     explicit Server(Instrument& instrument, QObject* parent = nullptr);
     ~Server() override;
@@ -39,6 +42,7 @@ class Server : public QObject {
 
   private:
     void accept();
+    void take(QTcpSocket* s);
     void acceptControl();
     void readLines();
     void readControl(QTcpSocket* s);
@@ -52,6 +56,7 @@ class Server : public QObject {
     QTcpServer* control_;
     QPointer<QTcpSocket> client_;
     std::shared_ptr<Exchange> exchange_;
+    std::vector<QPointer<QTcpSocket>> waiting_; // newcomers while a client is in hand
     QByteArray input_;
     qsizetype consumed_ = 0; // the bytes of input_ taken as lines
     bool serving_ = false;   // readLines is on the stack
