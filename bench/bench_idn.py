@@ -1,9 +1,9 @@
 #!/usr/bin/python3
 """Round trip of *IDN? through PyVISA's pure-Python backend on loopback.
 
-    bench/bench_idn.py build/src/qz7740            # starts the program on the virtual board
+    bench/bench_idn.py build/qz7740                # starts the program on the virtual board
     bench/bench_idn.py --port 5025                 # a program already serving
-    bench/bench_idn.py build/src/qz7740 --floor    # also a bare Python server, for the floor
+    bench/bench_idn.py build/qz7740 --floor        # also a bare Python server, for the floor
 
 Prints the median, the 10th and 90th percentiles and the fastest of N queries, after a warm-up.
 The floor is the same query answered by a few lines of Python on a plain socket: no server

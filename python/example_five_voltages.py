@@ -9,7 +9,8 @@ Start the program serving the board first, for example on the virtual board:
 
 With ``--client pymeasure`` (the default) it drives the board through the QZ7740
 instrument class beside this script; with ``--client pyvisa`` it sends the commands
-itself through plain PyVISA, for benches that do not use pymeasure.
+itself through plain PyVISA, for benches that do not use pymeasure, each voltage and its
+readings in one line.
 """
 
 import argparse
@@ -27,12 +28,13 @@ def run_pyvisa(port, host):
                              read_termination="\n", write_termination="\n", timeout=5000)
     try:
         print(board.query("*IDN?"))
-        board.write("OUTP 1")
+        board.query("OUTP ON;*OPC?")
         rows = []
         for volts in VOLTAGES:
-            board.write("SOUR:VOLT %g" % volts)
-            rows.append((volts, float(board.query("SOUR:VOLT?")),
-                         float(board.query("MEAS:VOLT?")), float(board.query("MEAS:CURR?"))))
+            # One line sets the voltage and reads it back with both readings: one answer
+            # line, its fields in the order asked (empty ones if the setting was refused).
+            fields = board.query("VOLT %g;:VOLT?;:MEAS:VOLT?;:MEAS:CURR?" % volts).split(";")
+            rows.append((volts,) + tuple(float(f) if f else float("nan") for f in fields))
         error = board.query("SYST:ERR?")
     finally:
         board.close()

@@ -1,9 +1,12 @@
 """The program serving the virtual board, driven by real Python clients.
 
 Starts ``qz7740 --headless --simulate --remote 0``, reads the port from its first line,
-runs the five-voltage example through plain PyVISA and through the pymeasure class, checks
-what the board answers through both, then ends the program with SYST:EXIT and expects
-exit code 0. Whatever fails, the program is not left running.
+runs the five-voltage example through plain PyVISA and through the pymeasure class, then
+checks the remote control through both: program messages of several units, the error
+queue, amperes of ranges and clamps, MIN/MAX, the data formats of a sweep, the waits and
+the device clear, and that every attribute the command table names sends its header. It
+ends the program with SYST:EXIT and expects exit code 0. Whatever fails, the program is
+not left running.
 
 usage: test_clients.py PROGRAM [--version X.Y.Z]
 """
@@ -12,11 +15,14 @@ import argparse
 import os
 import queue
 import re
+import socket
+import struct
 import subprocess
 import sys
 import threading
 import traceback
 
+sys.dont_write_bytecode = True  # no __pycache__ in the source tree
 HERE = os.path.dirname(os.path.abspath(__file__))
 PYTHON_DIR = os.path.join(HERE, "..", "..", "python")
 EXAMPLE = os.path.join(PYTHON_DIR, "example_five_voltages.py")
@@ -25,8 +31,16 @@ sys.path.insert(0, PYTHON_DIR)
 # The virtual board's readings carry a little noise and the ADC's step; a reading this far
 # from the forced voltage means the force or the scaling went wrong.
 VOLTAGE_TOLERANCE = 0.05
-OUT_OF_RANGE_VOLTS = 100
-REFUSED_VOLTAGE_TEXT = "Number too large. Please reenter voltage between Z/S and F/S."
+CLAMP_OUTSIDE_TEXT = ("Requested clamp level outside of Irange. Please reenter current suited "
+                      "to the Irange.")
+# At VREF 5 and OFFSET 32768 the force range is 25.625 V wide and centred on 0 V: its low
+# end is -12.8125 V, its high end one code (25.625 / 65536 V) below 12.8125 V, 12.8121090 V
+# in single precision, answered in seven digits towards the inside, so that the answer
+# itself is a value the program takes.
+VOLT_MIN, VOLT_MAX = "-12.8125", "12.812108"
+# A sweep of 0 to 1 V in steps of 50 mV: 21 points, the forced volts on codes of 0.39 mV.
+SWEEP_POINTS = 21
+SWEEP_FORCED = [k * 0.05 for k in range(SWEEP_POINTS)]
 
 failures = []
 
@@ -36,6 +50,15 @@ def check(condition, what):
     if not condition:
         failures.append(what)
     return condition
+
+
+def raises(exception, action):
+    """The exception the action raised, or None."""
+    try:
+        action()
+    except exception as e:
+        return e
+    return None
 
 
 class Program:
@@ -77,155 +100,321 @@ class Program:
 
 
 def run_example(port, client):
-    result = subprocess.run([sys.executable, EXAMPLE, str(port), "--client", client],
+    result = subprocess.run([sys.executable, "-B", EXAMPLE, str(port), "--client", client],
                             capture_output=True, text=True, timeout=30)
     print(result.stdout + result.stderr, flush=True)
     check(result.returncode == 0, "%s example ends with 0" % client)
     rows = []
     for line in result.stdout.splitlines():
-        fields = line.split()
-        if len(fields) == 4:
-            try:
-                rows.append(tuple(float(f) for f in fields))
-            except ValueError:
-                pass  # the header
+        try:
+            rows.append(tuple(float(f) for f in line.split()))
+        except ValueError:
+            pass  # the identity, the header, the error queue
+    rows = [r for r in rows if len(r) == 4]
     check(len(rows) == 5, "%s example prints five rows" % client)
     for forced, held, volts, amps in rows:
-        check(held == forced, "%s: SOUR:VOLT? holds %g after forcing %g" % (client, held, forced))
+        check(held == forced, "%s: VOLT? holds %g after forcing %g" % (client, held, forced))
         check(abs(volts - forced) < VOLTAGE_TOLERANCE,
               "%s: MEAS:VOLT? %g near the forced %g" % (client, volts, forced))
         check(abs(amps) < 1.0, "%s: MEAS:CURR? %g is a current" % (client, amps))
-    return rows
 
 
 def check_identity(idn, version):
     fields = idn.split(",")
-    check(len(fields) == 4, "*IDN? has four fields: %r" % idn)
-    fields += [""] * 4
-    check(fields[0] == "QZ7740", "*IDN? maker field")
-    check(fields[1] == "QZ7740 evaluation board", "*IDN? model field")
-    check(fields[2] == "virtual board", "*IDN? names the virtual board")
+    check(len(fields) == 4 and fields[:3] == ["QZ7740", "QZ7740 evaluation board", "virtual board"],
+          "*IDN? names maker, model and the virtual board: %r" % idn)
     if version:
-        check(fields[3] == version, "*IDN? version %r is %r" % (fields[3], version))
+        check(fields[-1] == version, "*IDN? version %r is %r" % (fields[-1], version))
+
+
+def same_values(ascii_values, real64, real32, what):
+    """The formats of one set of readings agree: REAL,32 is REAL,64 in single precision,
+    ASCII is REAL,64 to its seven significant digits."""
+    single = [struct.unpack("f", struct.pack("f", v))[0] for v in real64]
+    check(len(real64) == len(ascii_values) and real32 == single
+          and all(abs(a - b) <= 6e-7 * abs(b) + 1e-12 for a, b in zip(ascii_values, real64)),
+          "%s: ASCII, REAL,32 and REAL,64 give the same %d values" % (what, len(ascii_values)))
+
+
+def device_clear(port):
+    with socket.create_connection(("127.0.0.1", port), timeout=10) as s:
+        s.sendall(b"DCL\n")
+        return s.makefile("rb").readline()
 
 
 def through_pyvisa(port, version):
     import pyvisa
+    from qz7740 import no_delay
 
     rm = pyvisa.ResourceManager("@py")
     board = rm.open_resource("TCPIP0::127.0.0.1::%d::SOCKET" % port, read_termination="\n",
                              write_termination="\n", timeout=5000)
+    no_delay(board)
+    q = board.query
     try:
-        check_identity(board.query("*IDN?"), version)
-        check(board.query("SYST:ERR?") == '0,"No error"', "error queue starts empty")
+        check_identity(q("*IDN?"), version)
+        control = int(q("SYST:COMM:LAN:CONT?"))
+        check(q("FETC:SWE?") == "" and q("SYST:ERR?").startswith('-230,"Data corrupt or stale'),
+              "FETC:SWE? before any sweep answers an empty line and queues -230")
 
-        # A refused voltage leaves the setting alone and queues the panel's own refusal.
-        board.write("SOUR:VOLT 1.5")
-        board.write("SOUR:VOLT %d" % OUT_OF_RANGE_VOLTS)
-        error = board.query("SYST:ERR?")
-        check(error == '-222,"%s"' % REFUSED_VOLTAGE_TEXT,
-              "refused voltage queues -222 with the panel's text: %r" % error)
-        check(float(board.query("SOUR:VOLT?")) == 1.5, "refused voltage keeps 1.5 V")
-        check(board.query("SYST:ERR?") == '0,"No error"', "SYST:ERR? takes the error away")
+        # A program message: relative headers take the path of the one before, '*' commands
+        # leave it alone, and all the answers come back in one line.
+        answer = q("VOLT 1.5;:CURR:RANG 2mA;:CLAM:HIGH 1mA;LOW -1.5mA;*CLS;STAT ON;"
+                   ":source1:voltage:level?;:CURR:RANG?;RANG:NAME?;:CLAM:HIGH?;LOW?;STAT?")
+        check(answer == '1.5;0.0025;"2.5mA";0.001;-0.0015;1',
+              "twelve units in one line, one answer line: %r" % answer)
+        check(q("CLAM:HIGH?;CLAM:HIGH?") == "0.001;" and q("SOUR2:VOLT?") == "",
+              "a repeated relative header and suffix 2 answer empty fields")
+        errors = [q("SYST:ERR?") for _ in range(3)]
+        check([e.split(",")[0] for e in errors] == ["-113", "-114", "0"],
+              "they queue -113 (CLAM:CLAM:HIGH) and -114: %r" % errors)
 
-        # Long and short forms, any case, a leading colon; an unknown header is a -100 error.
-        check(float(board.query(":source:voltage?")) == 1.5, "long lower-case form with colon")
-        board.write("NOT:A:COMMAND")
-        error = board.query("SYST:ERR?")
-        check(re.match(r'-1\d\d,"', error) is not None, "unknown header queues -1xx: %r" % error)
-        board.write("*CLS")
-        check(board.query("SYST:ERR?") == '0,"No error"', "*CLS empties the queue")
+        # An error stops the rest of its line; each query keeps its (empty) field.
+        check(q("VOLT 2;:CLAM:HIGH 1;:VOLT 3;:VOLT?;:SYST:ERR:COUN?") == ";",
+              "a refused unit skips the rest of its line, its queries answer empty fields")
+        check(q("VOLT?;:CLAM:HIGH?;:SYST:ERR?;:SYST:ERR?") ==
+              '2;0.001;-222,"%s";0,"No error"' % CLAMP_OUTSIDE_TEXT,
+              "the units before it ran, the refused clamp and those after did not")
 
-        # The register read-back answers six hexadecimal digits.
-        answer = board.query("REG:READ? #H0")
-        check(re.fullmatch(r"[0-9A-F]{6}", answer) is not None,
-              "REG:READ? answers six hex digits: %r" % answer)
+        # MIN and MAX: the worked limits of VREF 5 and OFFSET 32768, and the clamps' limit
+        # of the range in amperes.
+        check(q("VOLT? MIN;:VOLT? MAX") == "%s;%s" % (VOLT_MIN, VOLT_MAX), "VOLT? MIN and MAX")
+        check(q("VOLT MIN;:VOLT?") == VOLT_MIN, "VOLT MIN forces the low end")
+        answer, error = q("VOLT MAX;:VOLT?"), q("SYST:ERR?")
+        check(answer == VOLT_MAX and error == '0,"No error"',
+              "VOLT MAX forces the high end: %r, %r" % (answer, error))
+        check(q("CLAM:HIGH? MAX;LOW? MIN;:CURR:RANG? MIN") == "0.0032;-0.0032;5E-06",
+              "the clamps' limits of the 2.5 mA range and the smallest range's full scale")
+
+        # The clamp's code holds across a range change: its amperes follow the sense
+        # resistor, ten times larger on the 25 mA range, ten times smaller on 250 uA.
+        check(q("CURR:RANG 0.02;:CURR:RANG?;RANG:NAME?;:CLAM:HIGH?;LOW?;HIGH? MAX") ==
+              '0.025;"25mA";0.01;-0.015;0.032', "20 mA chooses the 25 mA range; clamps x10")
+        check(q('CURR:RANG "250uA";:CURR:RANG?;:CLAM:HIGH?;LOW?') == "0.00025;0.0001;-0.00015",
+              "a quoted name chooses 250 uA; clamps a hundredth of those")
+        check(q("CLAM:HIGH 1E-3;:CLAM:HIGH?") == "" and
+              q("SYST:ERR?;:CLAM:HIGH?") == '-222,"%s";0.0001' % CLAMP_OUTSIDE_TEXT,
+              "1 mA is refused on 250 uA and changes nothing")
+
+        # A sweep, its data in every format and byte order.
+        check(q("CURR:RANG 2.5MA;:SWE:STAR 0;STOP 1;STEP 50MV;DEL 0;SDEL 0;RANG 2.5mA;"
+                ":INIT:SWE;*OPC?") == "1", "INIT:SWE;*OPC? answers when the sweep ends")
+        readings = board.query_ascii_values("FETC:SWE?")
+        forced = board.query_ascii_values("FETC:SWE:FORC?")
+        check(len(forced) == SWEEP_POINTS and
+              all(abs(f - e) < 1e-3 for f, e in zip(forced, SWEEP_FORCED)),
+              "the sweep forced 0 to 1 V in 50 mV steps: %r" % forced)
+        check(all(abs(r - f) < VOLTAGE_TOLERANCE for r, f in zip(readings, forced)),
+              "its readings follow the forced volts")
+        blocks = {}
+        for bits, datatype in ((32, "f"), (64, "d")):
+            for order, big in (("NORM", True), ("SWAP", False)):
+                board.write("FORM REAL,%d;:FORM:BORD %s" % (bits, order))
+                blocks[bits, order] = board.query_binary_values(
+                    "FETC:SWE?", datatype=datatype, is_big_endian=big)
+        check(blocks[32, "NORM"] == blocks[32, "SWAP"] and blocks[64, "NORM"] == blocks[64, "SWAP"],
+              "NORM and SWAP blocks read the same through query_binary_values")
+        same_values(readings, blocks[64, "NORM"], blocks[32, "NORM"], "FETC:SWE?")
+        check(q("FORM ASC;:FORM?;*IDN?").startswith("ASC,0;QZ7740,"),
+              "each block ends where its length says: the next answer is whole")
+
+        # *OPC? on a slow sweep (0.5 s a point) that outlasts the client's time-out would
+        # answer late; the device clear drops it and stops the sweep this client started.
+        board.write("SWE:DEL 0.5;:INIT:SWE")
+        board.timeout = 300
+        timed_out = raises(pyvisa.errors.VisaIOError, lambda: q("*OPC?"))
+        board.timeout = 10000
+        check(timed_out is not None and timed_out.error_code == pyvisa.constants.VI_ERROR_TMO,
+              "*OPC? times out on the client while the sweep goes on")
+        check(device_clear(control) == b"DCL\n", "DCL on the control connection answers DCL")
+        identity = q("*IDN?")
+        check(identity.startswith("QZ7740,"), "the next query gets its own answer: %r" % identity)
+        check(q("*OPC?;:STAT:OPER:COND?;:SWE:DEL 0") == "1;0", "the sweep has ended")
+        check(len(board.query_ascii_values("FETC:SWE?")) < SWEEP_POINTS,
+              "the device clear stopped it: it kept its first points only")
     finally:
         board.close()
         rm.close()
 
 
+def check_reconnects(port, count=50):
+    """A client that has closed is gone: the next, connecting as it closes, is served."""
+    refused = []
+    for _ in range(count):
+        with socket.create_connection(("127.0.0.1", port), timeout=10) as s, s.makefile("rb") as f:
+            s.sendall(b"*IDN?\n")
+            answer = f.readline()
+        if not answer.startswith(b"QZ7740,"):
+            refused.append(answer)
+    check(not refused,
+          "%d clients one after the other are served (refused: %r)" % (count, refused[:1]))
+
+
 def through_pymeasure(port, version):
-    from qz7740 import QZ7740
+    import pyvisa
+    from qz7740 import QZ7740, QZ7740Error
+    from qz7740_commands import COMMANDS
 
     board = QZ7740(port)
     try:
         check_identity(board.id, version)
-        board.output_enabled = False
-        check(board.output_enabled is False, "output_enabled reads back False")
-        board.output_enabled = True
-        check(board.output_enabled is True, "output_enabled reads back True")
-
+        board.reset()
+        check(board.source_voltage is None and board.clamp_high is None,
+              "after *RST the voltage and the clamps read None: not set yet")
+        for state in (False, True):
+            board.output_enabled = state
+            check(board.output_enabled is state, "output_enabled reads back %s" % state)
         board.source_voltage = 2.5
-        check(board.source_voltage == 2.5, "source_voltage reads back 2.5")
-        check(abs(board.voltage - 2.5) < VOLTAGE_TOLERANCE,
-              "voltage %g measured near 2.5" % board.voltage)
-        board.source_voltage = -OUT_OF_RANGE_VOLTS
-        errors = board.check_errors()
-        check(errors == [(-222, REFUSED_VOLTAGE_TEXT)],
-              "check_errors gives the refusal of -%d V: %r" % (OUT_OF_RANGE_VOLTS, errors))
-        check(board.source_voltage == 2.5, "refused voltage keeps 2.5 V")
+        check(board.source_voltage == 2.5 and abs(board.voltage - 2.5) < VOLTAGE_TOLERANCE,
+              "source_voltage 2.5 reads back and measures near 2.5 V")
 
-        for index in (2, 4, 3):
-            board.current_range = index
-            check(board.current_range == index, "current_range reads back %d" % index)
-        check(board.check_errors() == [], "the settings above queued no error")
+        # What the program refuses raises, and changes nothing; what the class can tell
+        # itself raises before anything is sent.
+        gang = board.gang_mode
+        refused = raises(QZ7740Error, lambda: setattr(board, "gang_mode", 9))
+        check(refused is not None and refused.errors == [(-222, "Data out of range")]
+              and board.gang_mode == gang,
+              "gang_mode = 9, past the list, raises the program's -222 and keeps %r" % gang)
+        refused = raises(QZ7740Error, lambda: board.select_current_range("3mA"))
+        check(refused is not None and refused.errors[0][0] == -224,
+              "an unknown range name raises -224")
+        check(all(raises(ValueError, lambda: setattr(board, name, value)) is not None
+                  for name, value in (("source_voltage", 13), ("slew_rate", 3),
+                                      ("sweep_start", 13.6), ("clamp_low", 1e-3)))
+              and board.error_count == 0 and board.source_voltage == 2.5,
+              "13 V, a slew rate of 3 V/s, a start of 13.6 V, a positive low clamp raise "
+              "ValueError and send nothing")
+        board.sweep_start = -12.4
+        check(board.sweep_start == -12.4, "a start of -12.4 V, -12 whole volts, is taken as it is")
 
-        temperature = board.temperature
-        check(-40 < temperature < 150, "temperature %g is a die temperature" % temperature)
-        check(board.alarms >= 0, "alarms read as a word")
-        check(board.running is False, "no run in progress")
+        # Amperes across a range change, and MIN/MAX through the class.
+        board.current_range = 2e-3
+        board.clamp_high, board.clamp_low = 1e-3, -1.5e-3
+        check((board.current_range, board.current_range_name, board.clamp_high, board.clamp_low)
+              == (0.0025, "2.5mA", 0.001, -0.0015), "2 mA: the 2.5 mA range, clamps in amperes")
+        board.current_range = 0.02
+        check((board.current_range, board.current_range_name, board.clamp_high, board.clamp_low)
+              == (0.025, "25mA", 0.01, -0.015), "20 mA: the 25 mA range, the clamps' code kept")
+        check(raises(ValueError, lambda: setattr(board, "clamp_high", 0.05)) is not None,
+              "clamp_high above the range's limit raises ValueError")
+        board.clamp_high, board.source_voltage = "MAX", "MIN"
+        check((board.clamp_high, board.limits("CLAM:HIGH"), board.source_voltage)
+              == (0.032, (0.0, 0.032), float(VOLT_MIN)), "MAX and MIN set the limits")
 
-        # Every setting of the class reads back and takes its own value again without an
-        # error: a header or a format the program does not know would queue one.
-        settings = [n for n, v in vars(type(board)).items() if isinstance(v, property) and v.fset]
-        for name in settings:
-            value = getattr(board, name)
-            if value is not None and value != -1:
-                setattr(board, name, value)
-        check(board.check_errors() == [], "%d settings read and written back" % len(settings))
-
-        # A short sweep on a range that carries the load's current: its points are the
-        # voltages stepped through.
-        board.sweep_range = 3
-        board.sweep_delay = 0
-        board.sweep_start = 0
-        board.sweep_stop = 1
-        board.sweep_step = 250
-        check((board.sweep_start, board.sweep_stop, board.sweep_step) == (0, 1, 250),
-              "sweep parameters read back")
+        # A sweep in every format, then a time run.
+        board.current_range = 2.5e-3
+        board.sweep_start, board.sweep_stop, board.sweep_step = 0, 1, 0.05
+        board.sweep_delay, board.sample_delay, board.sweep_range = 0, 0, 2.5e-3
+        board.sweep_measures = "VOLT"
         board.init_sweep()
-        check(board.wait_for_completion(timeout=30), "*OPC? answers 1 after the sweep")
-        points = board.fetch_sweep()
-        expected = [0, 0.25, 0.5, 0.75, 1]
-        check(len(points) == len(expected)
-              and all(abs(p - e) < VOLTAGE_TOLERANCE for p, e in zip(points, expected)),
-              "sweep measures 0 to 1 V in steps of 0.25 V: %r" % points)
-
-        # The time run holds its voltage for 101 samples.
+        check(board.wait_for_completion(timeout=30), "wait_for_completion after the sweep")
+        fetched = {}
+        for data_format in ("ASC", "REAL,32", "REAL,64"):
+            for order in ("NORM", "SWAP"):
+                board.data_format, board.byte_order = data_format, order
+                check((board.data_format, board.byte_order) == (data_format, order),
+                      "data format %s, byte order %s read back" % (data_format, order))
+                fetched[data_format, order] = board.fetch_sweep()
+        check(all(fetched[f, "NORM"] == fetched[f, "SWAP"] for f in ("REAL,32", "REAL,64")),
+              "fetch_sweep reads both byte orders alike")
+        same_values(fetched["ASC", "NORM"], fetched["REAL,64", "NORM"], fetched["REAL,32", "NORM"],
+                    "fetch_sweep")
+        check(len(board.fetch_sweep_forced()) == SWEEP_POINTS, "fetch_sweep_forced: 21 points")
         board.time_voltage = 1.5
         board.init_time_run()
-        check(board.wait_for_completion(timeout=30), "*OPC? answers 1 after the time run")
-        samples = board.fetch_time_run()
-        check(len(samples) == 101 and all(abs(v - 1.5) < VOLTAGE_TOLERANCE for v in samples),
-              "time run gives 101 samples near 1.5 V (%d)" % len(samples))
+        check(board.wait_for_completion(timeout=30), "wait_for_completion after the time run")
+        samples, times = board.fetch_time_run(), board.fetch_time_run_times()
+        check(len(samples) == len(times) == 101 and times == sorted(times)
+              and all(abs(v - 1.5) < VOLTAGE_TOLERANCE for v in samples),
+              "the time run: 101 samples near 1.5 V at rising times")
 
-        # A slow sweep (500 ms a point, 21 points) stopped at once keeps what it took: the
-        # points it did not take show that ABOR ended it, however busy the machine is.
-        board.sweep_delay = 5
-        board.sweep_step = 50
+        # A wait that times out leaves no answer behind: the next query gets its own. The
+        # sweep takes 20 s at least (41 points of 0.5 s); ABOR cuts it short.
+        board.sweep_delay, board.sweep_step = 0.5, 0.025
         board.init_sweep()
-        check(board.running, "STAT:OPER? reports the sweep in progress")
+        check(board.wait_for_completion(timeout=0.3) is False, "wait_for_completion times out")
+        check(board.id.startswith("QZ7740,") and board.running, "the next query answers itself")
+        stale = raises(QZ7740Error, board.fetch_sweep)
+        check(stale is not None and stale.errors[0][0] == -230 and board.id.startswith("QZ7740,"),
+              "a REAL,64 fetch during the run raises -230 and leaves nothing behind")
         board.abort()
-        check(board.wait_for_completion(timeout=30), "*OPC? answers 1 after ABOR")
-        check(not board.running, "no run in progress after ABOR")
-        kept = board.fetch_sweep()
-        check(1 <= len(kept) < 21, "the stopped sweep keeps its first points (%d)" % len(kept))
+        check(board.wait_for_completion(timeout=30) and not board.running, "ABOR ends the sweep")
+        check(board.event_status & 1 == 1, "*OPC set the operation-complete bit")
+        check(1 <= len(board.fetch_sweep()) < 41, "the stopped sweep kept its first points")
+
+        # *OPC? given up on the client: device_clear drops its late answer and the sweep.
+        board.init_sweep()
+        board.adapter.connection.timeout = 300
+        timed_out = raises(pyvisa.errors.VisaIOError, lambda: board.ask("*OPC?"))
+        board.adapter.connection.timeout = 10000
+        board.device_clear()
+        check(timed_out is not None and board.id.startswith("QZ7740,") and not board.running,
+              "device_clear after *OPC? timed out: the next query answers, the sweep stopped")
         board.sweep_delay = 0
-        check(board.check_errors() == [], "the runs queued no error")
-        board.exit_program()
+        check(board.check_errors() == [], "the class's settings and runs queued no error")
+
+        check_commands(board, QZ7740, COMMANDS)
     finally:
         board.adapter.connection.close()
+
+
+# How the attributes that need more than a plain call are exercised.
+CALLS = {
+    "write_register": lambda b: b.write_register(b.read_register(8)),
+    "read_register": lambda b: b.read_register(8),
+    "wait_for_completion": lambda b: b.wait_for_completion(5),
+    "init_sweep": lambda b: b.init_sweep() or b.wait_for_completion(30),
+    "init_time_run": lambda b: b.init_time_run() or b.wait_for_completion(30),
+}
+# A value for settings that read None (not set yet, or no item chosen).
+UNSET = {"source_voltage": 0, "clamp_high": 1e-3, "clamp_low": -1e-3,
+         "gang_mode": 0, "comparator": 0, "system_force": 0}
+
+
+def check_commands(board, cls, commands):
+    """Every attribute the command table names exists and sends its header in its short
+    form: a property's getter `HEADER?`, its setter `HEADER value`, a method one of them,
+    as the lines PyVISA writes show."""
+    sent = []
+    connection = board.adapter.connection
+    write = connection.write
+
+    def recording(message, *args, **kwargs):
+        sent.append(message)
+        return write(message, *args, **kwargs)
+    connection.write = recording
+
+    def heads(action):
+        del sent[:]
+        action()
+        return {unit.split()[0].lstrip(":").upper()
+                for line in sent for unit in line.split(";") if unit.strip()}
+
+    for _, short, has_set, has_ask, name in commands:
+        if not name or name == "exit_program":
+            continue
+        if not check(hasattr(cls, name), "QZ7740.%s exists" % name):
+            continue
+        try:
+            if isinstance(getattr(cls, name), property):
+                got = []
+                sends = [(short + "?", heads(lambda: got.append(getattr(board, name))))]
+                if has_set:
+                    value = UNSET.get(name, 0) if got[0] is None else got[0]
+                    sends.append((short, heads(lambda: setattr(board, name, value))))
+                check(all(head in found for head, found in sends),
+                      "QZ7740.%s sends %s" % (name, " and ".join(h for h, _ in sends)))
+            else:
+                found = heads(lambda: CALLS.get(name, lambda b: getattr(b, name)())(board))
+                wanted = ([short + "?"] if has_ask else []) + ([short] if has_set else [])
+                check(any(w in found for w in wanted),
+                      "QZ7740.%s() sends %s (sent %s)" % (name, " or ".join(wanted), sorted(found)))
+        except Exception as e:
+            check(False, "QZ7740.%s: %r" % (name, e))
+
+    del sent[:]
+    board.exit_program()
+    check(sent == ["SYST:EXIT"], "QZ7740.exit_program sends SYST:EXIT")
 
 
 def main():
@@ -239,8 +428,9 @@ def main():
         port = program.port()
         print("program serves on port %d" % port, flush=True)
         run_example(port, "pyvisa")
-        through_pyvisa(port, args.version)
         run_example(port, "pymeasure")
+        through_pyvisa(port, args.version)
+        check_reconnects(port)
         through_pymeasure(port, args.version)
         code = program.wait(timeout=15)
         check(code == 0, "SYST:EXIT ends the program with code 0 (got %r)" % code)
