@@ -42,15 +42,18 @@ quint16 Server::controlPort() const { return control_->isListening() ? control_-
 
 void Server::accept() {
     while (QTcpSocket* s = server_->nextPendingConnection()) {
+        // The client in hand may be one that has just closed, whose end the event loop has
+        // yet to see: a look at its socket now finds the end that is there already.
+        if (client_) client_->waitForReadyRead(0);
         if (!client_) {
             take(s);
             continue;
         }
-        // The client in hand may be one that has just closed, whose end the event loop
-        // has yet to see: the newcomer waits a moment before it is told the control is
-        // in use.
+        // Otherwise the newcomer waits a moment, and is told the control is in use when
+        // the client in hand is there still.
         waiting_.push_back(s);
         QTimer::singleShot(kGraceMs, this, [this, p = QPointer<QTcpSocket>(s)] {
+            if (client_) client_->waitForReadyRead(0);
             const auto it = std::find(waiting_.begin(), waiting_.end(), p);
             if (it == waiting_.end()) return;
             waiting_.erase(it);
