@@ -118,22 +118,20 @@ def full_sweep(inst, count):
 
 
 def idn_round_trip(program, count):
-    process, port = bench_idn.start([program, "--headless", "--simulate", "--remote", "0"])
-    try:
-        _, ours = bench_idn.measure(port, count, count // 10)
-        process.wait(timeout=10)
-    finally:
-        if process.poll() is None:
-            process.kill()
-    floor, floor_port = bench_idn.start([sys.executable, "-c", bench_idn.FLOOR_SERVER])
-    try:
-        _, bare = bench_idn.measure(floor_port, count, count // 10)
-        floor.wait(timeout=10)
-    finally:
-        if floor.poll() is None:
-            floor.kill()
+    def served_by(command):
+        process, port = bench_idn.start(command)
+        try:
+            _, figures = bench_idn.measure(port, count, count // 10)
+            process.wait(timeout=10)
+        finally:
+            if process.poll() is None:
+                process.kill()
+        return figures["median"]
+
+    ours = served_by([program, "--headless", "--simulate", "--remote", "0"])
+    bare = served_by([sys.executable, "-c", bench_idn.FLOOR_SERVER])
     print("(c) *IDN? x %d: program %.1f us, bare Python server %.1f us (medians): %.2fx"
-          % (count, ours["median"], bare["median"], ours["median"] / bare["median"]))
+          % (count, ours, bare, ours / bare))
 
 
 def main():

@@ -271,11 +271,11 @@ const Command kTable[] = {
 
     // The diagnostics panel.
     {.header = "DIAGnostic:NODE:A", .set = &I::nodeSet, .ask = &I::nodeAsk, .setMin = 1, .setMax = 1,
-     .setAccess = W, .form = Form::frmDIAG, .control = "optDIAGA", .arg = 0, .param = "`<k>`",
+     .setAccess = W, .form = Form::frmDIAG, .control = "optDIAGA", .array = true, .arg = 0, .param = "`<k>`",
      .answer = "the index", .what = "the node of DIAG A (optDIAGA(k))", .example = "`DIAG:NODE:A 3`",
      .python = "diagnostic_node_a"},
     {.header = "DIAGnostic:NODE:B", .set = &I::nodeSet, .ask = &I::nodeAsk, .setMin = 1, .setMax = 1,
-     .setAccess = W, .form = Form::frmDIAG, .control = "optDIAGB", .arg = 1, .param = "`<k>`",
+     .setAccess = W, .form = Form::frmDIAG, .control = "optDIAGB", .array = true, .arg = 1, .param = "`<k>`",
      .answer = "the index", .what = "the node of DIAG B (optDIAGB(k))", .example = "`DIAG:NODE:B 0`",
      .python = "diagnostic_node_b"},
 };

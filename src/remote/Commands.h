@@ -28,6 +28,7 @@ struct Command {
     // them, and a number of the handler's own (which bank, which clamp, which data).
     forms::Form form = forms::Form::frmMain;
     const char* control = nullptr;
+    bool array = false; // the control is an array (optDIAGA(k)): its member 0 stands for it
     SiUnit unit = SiUnit::None;
     bool limits = false;
     std::span<const double> values = {};

@@ -24,15 +24,6 @@ namespace {
 
 Instrument::Outcome failed() { return {Instrument::Outcome::Kind::Failed, {}}; }
 
-int64_t wholeParam(const std::string& p, int64_t low, int64_t high) {
-    const NumericParse n = parseNumeric(p, SiUnit::None, false);
-    if (!n.numeric) throw Instrument::Refused{n.error};
-    const auto v = parseWhole(p);
-    if (!v) throw Instrument::Refused{standardError(err::kIllegalValue)};
-    if (*v < low || *v > high) throw Instrument::Refused{standardError(err::kOutOfRange)};
-    return *v;
-}
-
 // The chip's alarms on the questionable register: the bits SCPI gives voltage, current
 // and temperature where one fits, the others on bits of the device's own. Each alarm has
 // a latched bit and, one below it, a live one.
@@ -83,8 +74,17 @@ QWidget* Instrument::control(const Call& call) {
 std::vector<forms::ControlRef> Instrument::panelControls() {
     std::vector<forms::ControlRef> refs;
     for (const Command& c : commandTable())
-        if (c.control) refs.push_back({c.form, c.control, c.set == &Instrument::nodeSet ? 0 : -1});
+        if (c.control) refs.push_back({c.form, c.control, c.array ? 0 : -1});
     return refs;
+}
+
+int64_t Instrument::wholeParam(const std::string& p, int64_t low, int64_t high) {
+    const NumericParse n = parseNumeric(p, SiUnit::None, false);
+    if (!n.numeric) throw Refused{n.error};
+    const auto v = parseWhole(p);
+    if (!v) throw Refused{standardError(err::kIllegalValue)};
+    if (*v < low || *v > high) throw Refused{standardError(err::kOutOfRange)};
+    return *v;
 }
 
 void Instrument::raise(Error e) {

@@ -156,6 +156,10 @@ class Instrument : public QObject {
     std::string nodeSet(const Call&);
     std::string nodeAsk(const Call&);
 
+    // A whole-number parameter within its bounds, or the refusal of its kind (-1xx for no
+    // number, -224 for a fraction, -222 out of bounds).
+    static int64_t wholeParam(const std::string& p, int64_t low, int64_t high);
+
     // The panels' controls that the command table's rows work on.
     static std::vector<forms::ControlRef> panelControls();
 
@@ -191,9 +195,10 @@ class Instrument : public QObject {
     int itemInForce(const Call& call);
     float forceLimit(Numeric::Kind kind);
     double entryLimit(const Call& call, Numeric::Kind kind);
-    // Puts the text in the box and presses Enter; a refused entry leaves the box's text
-    // as it was (the panel empties it for the operator's next try, a script has none).
-    void enterBox(QLineEdit* box, const std::string& text);
+    // Puts the text in the box and presses Enter (or runs `enter`); a refused entry leaves
+    // the box's text as it was (the panel empties it for the operator's next try, a
+    // script has none).
+    void enterBox(QLineEdit* box, const std::string& text, const std::function<void()>& enter = {});
     // The alarm status read as STAT:ALAR? reads it: the front panel's "Check Alarm Status"
     // or "CLEAR"; a bit for each alarm present, the questionable register brought up to date.
     uint16_t readAlarms(bool clear);

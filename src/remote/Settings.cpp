@@ -27,6 +27,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <tuple>
 
 namespace qz::remote {
 
@@ -115,11 +116,14 @@ QComboBox* listOf(QWidget* w) {
 
 } // namespace
 
-void Instrument::enterBox(QLineEdit* box, const std::string& text) {
+void Instrument::enterBox(QLineEdit* box, const std::string& text, const std::function<void()>& enter) {
     const QString before = box->text();
     const size_t messages = target_ ? target_->size() : 0;
     box->setText(QString::fromStdString(text));
-    forms::pressEnter(box);
+    if (enter)
+        enter();
+    else
+        forms::pressEnter(box);
     if (target_ && target_->size() > messages) box->setText(before);
 }
 
@@ -303,12 +307,10 @@ std::string Instrument::vrefSet(const Call& call) {
     const int index = volts == 5.0 ? 0 : volts == 2.5 ? 1 : 2;
     frmMain* m = front();
     // As the operator's click: the option is chosen, then its handler takes or refuses it.
-    const QString before = m->txtVREF->text();
-    const size_t messages = target_ ? target_->size() : 0;
-    if (index == 2) m->txtVREF->setText(QString::fromStdString(entryNumber(volts)));
-    m->optRef[static_cast<size_t>(index)]->setChecked(true);
-    m->optRef_Click(index);
-    if (target_ && target_->size() > messages) m->txtVREF->setText(before);
+    enterBox(m->txtVREF, index == 2 ? entryNumber(volts) : m->txtVREF->text().toStdString(), [m, index] {
+        m->optRef[static_cast<size_t>(index)]->setChecked(true);
+        m->optRef_Click(index);
+    });
     return {};
 }
 
@@ -363,12 +365,7 @@ std::string Instrument::listSet(const Call& call) {
         index = itemNamed(list, *name);
         if (index < 0) throw Refused{standardError(err::kIllegalValue)};
     } else {
-        const NumericParse n = parseNumeric(call.params[0], SiUnit::None, false);
-        if (!n.numeric) throw Refused{n.error};
-        const auto k = parseWhole(call.params[0]);
-        if (!k) throw Refused{standardError(err::kIllegalValue)};
-        if (*k < 0 || *k >= list->count()) throw Refused{standardError(err::kOutOfRange)};
-        index = static_cast<int>(*k);
+        index = static_cast<int>(wholeParam(call.params[0], 0, list->count() - 1));
     }
     pick(list, index);
     return {};
@@ -483,17 +480,12 @@ std::string Instrument::measTemp(const Call&) {
 
 std::string Instrument::nodeSet(const Call& call) {
     const bool bankB = call.command.arg == 1;
-    const int64_t k = [&] {
-        const NumericParse n = parseNumeric(call.params[0], SiUnit::None, false);
-        if (!n.numeric) throw Refused{n.error};
-        const auto whole = parseWhole(call.params[0]);
-        if (!whole) throw Refused{standardError(err::kIllegalValue)};
-        return *whole;
-    }();
+    // The number is checked before the panel is loaded: its load sends words.
+    constexpr int64_t kOptions = std::tuple_size_v<decltype(frmDIAG::optDIAGA)>;
+    const int64_t k = wholeParam(call.params[0], 0, kOptions - 1);
     frmDIAG* d = diag();
     auto& options = bankB ? d->optDIAGB : d->optDIAGA;
-    if (k < 0 || k >= static_cast<int64_t>(options.size()) || !options[static_cast<size_t>(k)])
-        throw Refused{standardError(err::kOutOfRange)};
+    if (!options[static_cast<size_t>(k)]) throw Refused{standardError(err::kOutOfRange)};
     const int index = static_cast<int>(k);
     options[static_cast<size_t>(index)]->setChecked(true);
     if (bankB)
