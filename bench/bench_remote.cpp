@@ -40,7 +40,7 @@ struct Bench {
         console = std::make_unique<frmMAINQZ7740>(session, nav);
         nav.adopt(forms::Form::frmMAINQZ7740, console.get());
         console->Form_Load();
-        instrument = std::make_unique<qz::remote::Instrument>(session, nav, qz::remote::Instrument::Config{"bench", quiet, {}, {}});
+        instrument = std::make_unique<qz::remote::Instrument>(session, nav, qz::remote::Instrument::Config{"bench", {}, {}});
         server = std::make_unique<qz::remote::Server>(*instrument);
         std::string why;
         if (!server->listen(QHostAddress::LocalHost, 0, why)) std::abort();

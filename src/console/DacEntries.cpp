@@ -22,7 +22,7 @@ using forms::qtext;
 void frmMAINQZ7740::wireDacEntries() {
     using qz::HexFieldId;
     auto entry = [this](QLineEdit* box, HexFieldId id, int index) {
-        forms::onEntry(box, session.general.entryBusy, [this, box, id, index] { hexEntry(box, id, index); });
+        forms::onEntry(box, session.general.entryBusy, [this, box, id, index] { return hexEntry(box, id, index); });
     };
     entry(OFFSETx1, HexFieldId::OFFSETx1, 0);
     entry(txtDGS, HexFieldId::txtDGS, 0);
@@ -49,35 +49,36 @@ void frmMAINQZ7740::wireDacEntries() {
         entry(txtCPHC[k], HexFieldId::txtCPHC, i);
     }
     for (int i = 0; i < 3; ++i)
-        forms::onClick(optRef[static_cast<size_t>(i)], [this, i] { optRef_Click(i); });
+        forms::onClick(optRef[static_cast<size_t>(i)], [this, i] { return optRef_Click(i); });
 }
 
 QLineEdit* frmMAINQZ7740::x1BoxOf(qz::HexFieldId id) const {
     return id == qz::HexFieldId::txtCLLx1 ? txtCLLx1 : txtCLHx1;
 }
 
-void frmMAINQZ7740::hexEntry(QLineEdit* box, qz::HexFieldId id, int index) {
+forms::Outcome frmMAINQZ7740::hexEntry(QLineEdit* box, qz::HexFieldId id, int index) {
     const qz::HexField field = qz::hexField(id, index);
     if (id == qz::HexFieldId::txtFINx1) {
         const qz::FieldCheck c = qz::checkFINx1Entry(box->text().toStdString(), OFFSETx1->text().toStdString());
-        if (!c.ok) return forms::refuseEntry(box, c.message);
+        if (!c.ok) return forms::refused(box, c.message);
         // The output shown is that of the text as typed; then the text is tidied.
-        if (!outputV()) return;
+        if (forms::Outcome o = outputV(); !o) return o;
         box->setText(qtext(c.text));
         DACLOAD(c.value, field.addressWord);
-        return;
+        return {};
     }
     const qz::FieldCheck c = qz::checkHexField(field, box->text().toStdString());
-    if (!c.ok) return forms::refuseEntry(box, c.message);
+    if (!c.ok) return forms::refused(box, c.message);
     // The m and c of CLL and CLH write x1 again after them, as its box reads now (its own
     // bounds are its Enter key's business). A box that holds no number stops both words.
+    forms::Outcome o;
     std::optional<int32_t> x1Code;
-    if (field.step == qz::FurtherStep::ReloadX1 && !(x1Code = forms::readCode(x1BoxOf(field.reload))))
-        return;
+    if (field.step == qz::FurtherStep::ReloadX1 && !(x1Code = forms::readCode(x1BoxOf(field.reload), o)))
+        return o;
     // The output an OFFSET gives is worked out before its word leaves, so that FIN codes
     // that hold no number stop the entry with nothing sent.
     std::optional<QString> shownOutput;
-    if (field.step == qz::FurtherStep::OutputV && !(shownOutput = outputVText())) return;
+    if (field.step == qz::FurtherStep::OutputV && !(shownOutput = outputVText(o))) return o;
     box->setText(qtext(c.text));
     switch (field.step) {
     case qz::FurtherStep::RampWrite: {
@@ -85,28 +86,28 @@ void frmMAINQZ7740::hexEntry(QLineEdit* box, qz::HexFieldId id, int index) {
         showWord(rampWord);
         session.SPIout(rampWord);
         txtDAC->mirror(rampWord, qz::kDecToBin);
-        return;
+        return {};
     }
     case qz::FurtherStep::ReloadX1: {
         DACLOAD(c.value, field.addressWord);
         // The chip takes a new m or c only with the next write of x1.
         DACLOAD(*x1Code, qz::hexField(field.reload).addressWord);
-        return;
+        return {};
     }
     case qz::FurtherStep::OutputV:
         DACLOAD(c.value, field.addressWord);
         txtOutputV->setText(*shownOutput);
-        return;
+        return {};
     default:
         DACLOAD(c.value, field.addressWord);
-        return;
+        return {};
     }
 }
 
-std::optional<QString> frmMAINQZ7740::outputVText() {
+std::optional<QString> frmMAINQZ7740::outputVText(forms::Outcome& o) {
     std::optional<int32_t> offset, m, c;
-    if (!(offset = forms::readCode(OFFSETx1)) || !(m = forms::readCode(txtFINM)) ||
-        !(c = forms::readCode(txtFINC)))
+    if (!(offset = forms::readCode(OFFSETx1, o)) || !(m = forms::readCode(txtFINM, o)) ||
+        !(c = forms::readCode(txtFINC, o)))
         return std::nullopt;
     // txtFINx1 checks its own text on its Enter key. Here it may be empty (after a refusal,
     // or a read-back without a board): there is then no FIN code whose output could be
@@ -114,24 +115,27 @@ std::optional<QString> frmMAINQZ7740::outputVText() {
     const std::optional<int32_t> x1 = qz::readDacCode(txtFINx1->text().toStdString());
     const qz::OutputVResult r = qz::outputV(session.general.VREF, *offset, *m, *c, x1.value_or(0));
     if (!r.ok) {
-        forms::refuseEntry(txtVREF, r.message);
+        o += forms::refused(txtVREF, r.message);
         return std::nullopt;
     }
     return x1 ? qtext(r.txtOutputV) : QString();
 }
 
-bool frmMAINQZ7740::outputV() {
-    const std::optional<QString> text = outputVText();
+forms::Outcome frmMAINQZ7740::outputV() {
+    forms::Outcome o;
+    const std::optional<QString> text = outputVText(o);
     if (text) txtOutputV->setText(*text);
-    return text.has_value();
+    return o;
 }
 
-void frmMAINQZ7740::optRef_Click(int index) {
+forms::Outcome frmMAINQZ7740::optRef_Click(int index) {
     qz::General& g = session.general;
-    if (g.entryBusy) return;
-    const std::optional<float> vref = forms::pickReference(index, txtVREF, optRef, refIndex_);
-    if (!vref) return;
+    if (g.entryBusy) return {};
+    forms::Outcome o;
+    const std::optional<float> vref = forms::pickReference(index, txtVREF, optRef, refIndex_, o);
+    if (!vref) return o;
     g.VREF = *vref;
     forms::followReference(nav, index, txtVREF, {forms::Form::frmMain, forms::Form::frmMeasure});
-    outputV();
+    o += outputV();
+    return o;
 }

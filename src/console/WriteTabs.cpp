@@ -176,7 +176,10 @@ QWidget* frmMAINQZ7740::buildAlarmSetupTab() {
 }
 
 void frmMAINQZ7740::fields(std::initializer_list<QWidget*> controls) {
-    forms::onClicks(controls, [this](const QString& name) { fieldClick(name); });
+    forms::onClicks(controls, [this](const QString& name) {
+        fieldClick(name);
+        return forms::Outcome{};
+    });
 }
 
 void frmMAINQZ7740::fieldClick(const QString& name) {

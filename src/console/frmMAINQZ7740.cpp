@@ -140,7 +140,7 @@ void frmMAINQZ7740::PowerOn() {
     compDACread = qz::readCommandOf(qz::comparatorAddress(qz::Comparator::CPL, 0, qz::DacMember::X1));
     session.usb.SendRequest(qz::wire::kSwitchEnable);
     session.usb.SendRequest(qz::wire::kClampPinOn);
-    optRef_Click(0);
+    forms::show(optRef_Click(0));
     showWord(g.SYSreg);
     // The front panel takes over once the program has one.
     if (nav.has(forms::Form::frmMain)) {
@@ -170,11 +170,13 @@ void frmMAINQZ7740::showWord(int32_t word) { Text1->setText(forms::hexText(word,
 void frmMAINQZ7740::Text1_KeyPress(int keyAscii) {
     if (keyAscii != 13 || session.general.entryBusy) return;
     const qz::FieldCheck c = qz::checkWordEntry(Text1->text().toStdString());
-    if (forms::take(Text1, c)) session.SPIout(c.value);
+    const forms::Outcome o = forms::take(Text1, c);
+    forms::show(o);
+    if (o) session.SPIout(c.value);
 }
 
 void frmMAINQZ7740::Text1_LostFocus() {
-    forms::take(Text1, qz::checkWordOnLeave(Text1->text().toStdString()));
+    forms::show(forms::take(Text1, qz::checkWordOnLeave(Text1->text().toStdString())));
 }
 
 void frmMAINQZ7740::cmdREADADC_Click() {

@@ -2,6 +2,7 @@
 // The register console: every register composed field by field in its shadow word, sent
 // with a WRITE button or typed as a whole word, and read back.
 
+#include "forms/MessageBox.h"
 #include "forms/Panel.h"
 #include "levels/FieldTable.h"
 
@@ -181,9 +182,9 @@ public:
     void DACLOAD(int32_t lx, int32_t dacadd);
     // Shows the output of the FIN codes in txtOutputV; false when a code or VREF is
     // refused (the refusal shown on its box).
-    bool outputV();
-    std::optional<QString> outputVText(); // refuses on the box that holds no code
-    void optRef_Click(int index);
+    forms::Outcome outputV();
+    std::optional<QString> outputVText(forms::Outcome& outcome); // refused on the box that holds no code
+    forms::Outcome optRef_Click(int index);
     void tabDACS_Click(int previousTab);
     void cmdENRAMP_Click();
     void cmdINTRAMP_Click();
@@ -226,7 +227,7 @@ private:
     QWidget* buildReadDacTab();
     void wireDacPages();
     void wireDacEntries();
-    void hexEntry(QLineEdit* box, qz::HexFieldId id, int index);
+    forms::Outcome hexEntry(QLineEdit* box, qz::HexFieldId id, int index);
     QLineEdit* x1BoxOf(qz::HexFieldId id) const;
     QWidget* buildWordBar();
     QWidget* buildSwitchPanel();

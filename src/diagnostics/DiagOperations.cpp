@@ -44,6 +44,8 @@ void frmDIAG::Form_Load() {
 
 bool frmDIAG::running() const { return run_->running(); }
 
+void frmDIAG::stopRun() { run_->requestStop(); }
+
 void frmDIAG::closeEvent(QCloseEvent* event) {
     // A close during a run waits for its end; otherwise the frame's close is the menu's
     // "Close", and the next showing loads afresh.

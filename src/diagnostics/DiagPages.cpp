@@ -174,7 +174,7 @@ QWidget* frmDIAG::buildNodeFrame(const char* title, const char* name,
             forms::makeOption(forms::member(name, index), QString::fromLatin1(bankB ? node.diagB : node.diagA), frame);
         v->addWidget(options[static_cast<size_t>(index)]);
     }
-    options[11]->setChecked(true);
+    options[kStartNode]->setChecked(true);
     return frame;
 }
 

@@ -178,7 +178,7 @@ QWidget* frmDIAG::buildHelpFrame(QWidget* parent) {
 void frmDIAG::wireSensorPage() {
     const bool& busy = session.general.entryBusy;
     for (QLineEdit* box : {txtAddrPtr, txtPTR, txtdata})
-        forms::onEntry(box, busy, [this, box] { sensorEntry(box); });
+        forms::onEntry(box, busy, [this, box] { return sensorEntry(box); });
     connect(cmdReadI2C, &QPushButton::clicked, this, [this] { cmdReadI2C_Click(); });
     connect(cmdREADTempSensor, &QPushButton::clicked, this, [this] { cmdREADTempSensor_Click(); });
     connect(cmdwriteTempSensor, &QPushButton::clicked, this, [this] { cmdwriteTempSensor_Click(); });
@@ -196,11 +196,11 @@ void frmDIAG::wireSensorPage() {
     run_->block({cmdPLOTTEMP, cmdSave});
 }
 
-void frmDIAG::sensorEntry(QLineEdit* box) {
+forms::Outcome frmDIAG::sensorEntry(QLineEdit* box) {
     const qz::HexFieldId id = box == txtAddrPtr ? qz::HexFieldId::txtAddrPtr
                               : box == txtPTR   ? qz::HexFieldId::txtPTR
                                                 : qz::HexFieldId::txtdata;
-    forms::take(box, qz::checkHexField(qz::hexField(id), box->text().toStdString()));
+    return forms::take(box, qz::checkHexField(qz::hexField(id), box->text().toStdString()));
 }
 
 std::optional<int32_t> frmDIAG::sensorByte(QLineEdit* box) {
@@ -216,7 +216,9 @@ std::optional<int32_t> frmDIAG::sensorByte(QLineEdit* box) {
     return *v;
 }
 
-void frmDIAG::cmdReadI2C_Click() {
+void frmDIAG::cmdReadI2C_Click() { readTemperature(); }
+
+std::optional<int32_t> frmDIAG::readTemperature() {
     cmdWRITEDIAGREG_Click();
     qz::USBStuff& usb = session.usb;
     // The sensor is polled for a second at the most: a sensor that stays busy is no reading.
@@ -225,15 +227,17 @@ void frmDIAG::cmdReadI2C_Click() {
         if (clock_->seconds() >= until) {
             txtLocal->setText(QStringLiteral("not ready"));
             txtExt->setText(QStringLiteral("not ready"));
-            return;
+            return std::nullopt;
         }
         clock_->sleep(0.001);
     }
-    txtLocal->setText(QString::number(usb.ReadI2C(qz::sensor::kLocal)));
+    const int32_t local = usb.ReadI2C(qz::sensor::kLocal);
+    txtLocal->setText(QString::number(local));
     const int32_t high = usb.ReadI2C(qz::sensor::kExternal);
     txtExt->setText(QString::number(high));
     txtExt->setText(degrees(qz::externalDegrees(high, usb.ReadI2C(qz::sensor::kFraction))));
     lblREADSPI->setText(forms::hexText(high, 1));
+    return local;
 }
 
 void frmDIAG::cmdREADTempSensor_Click() {

@@ -4,6 +4,7 @@
 // thermal array to GPO, each selection written at once; its read-back; and the board's
 // temperature sensor with its logged run.
 
+#include "forms/MessageBox.h"
 #include "forms/Panel.h"
 #include "runs/TempRun.h"
 
@@ -22,6 +23,10 @@ public:
     // The clock of the temperature run and of the sensor's wait; a test gives its own.
     void useClock(qz::Clock& clock) { clock_ = &clock; }
     bool running() const;
+    // The node option chosen in both banks when the panel opens.
+    static constexpr int kStartNode = 11;
+    // Ends the temperature run in progress after its present reading.
+    void stopRun();
 
     // The diagnostic word's selections, as the operator's click runs them.
     void optDIAGA_Click(int index);
@@ -37,6 +42,9 @@ public:
 
     // "TH2260 TEMP SENSOR"
     void cmdReadI2C_Click();
+    // The sensor's reading as "READ TEMP SENSOR" takes and shows it: the local
+    // temperature in degrees, nothing when the sensor stays busy.
+    std::optional<int32_t> readTemperature();
     void cmdREADTempSensor_Click();
     void cmdwriteTempSensor_Click();
     void txtAddrPtr_Enter();
@@ -116,7 +124,7 @@ private:
     void wireSensorPage();
     // The byte of a sensor entry box as its buttons read it; a box that holds none is refused.
     std::optional<int32_t> sensorByte(QLineEdit* box);
-    void sensorEntry(QLineEdit* box);
+    forms::Outcome sensorEntry(QLineEdit* box);
 
     qz::Clock* clock_;
     std::unique_ptr<forms::RunPass> run_;

@@ -15,19 +15,21 @@ namespace {
 // Holds a control's click operation, as a child of the control.
 class ClickOperation : public QObject {
 public:
-    ClickOperation(QObject* control, std::function<void()> h)
+    ClickOperation(QObject* control, std::function<Outcome()> h)
         : QObject(control), handler(std::move(h)) {
         setObjectName(QStringLiteral("clickOperation"));
     }
-    std::function<void()> handler;
+    std::function<Outcome()> handler;
 };
 
-void run(QObject* control) {
-    if (!control) return;
+Outcome operateOn(QObject* control) {
+    if (!control) return {};
     auto* op = control->findChild<ClickOperation*>(QStringLiteral("clickOperation"),
                                                    Qt::FindDirectChildrenOnly);
-    if (op && op->handler) op->handler();
+    return op && op->handler ? op->handler() : Outcome{};
 }
+
+void run(QObject* control) { show(operateOn(control)); }
 
 class InputFilter : public QObject {
 public:
@@ -52,19 +54,19 @@ private:
 
 } // namespace
 
-void onClick(QComboBox* list, std::function<void()> handler) {
+void onClick(QComboBox* list, std::function<Outcome()> handler) {
     new ClickOperation(list, std::move(handler));
     QObject::connect(list, &QComboBox::activated, list, [list](int) { run(list); });
 }
 
-void onClick(QAbstractButton* button, std::function<void()> handler) {
+void onClick(QAbstractButton* button, std::function<Outcome()> handler) {
     new ClickOperation(button, std::move(handler));
     QObject::connect(button, &QAbstractButton::clicked, button, [button](bool) { run(button); });
 }
 
-void onClicks(std::initializer_list<QWidget*> controls, std::function<void(const QString&)> handler) {
+void onClicks(std::initializer_list<QWidget*> controls, std::function<Outcome(const QString&)> handler) {
     for (QWidget* control : controls) {
-        auto run = [handler, name = control->objectName()] { handler(name); };
+        std::function<Outcome()> run = [handler, name = control->objectName()] { return handler(name); };
         if (auto* list = qobject_cast<QComboBox*>(control)) onClick(list, run);
         else if (auto* button = qobject_cast<QAbstractButton*>(control)) onClick(button, run);
     }
@@ -89,6 +91,8 @@ void selectOption(QAbstractButton* option) {
 }
 
 void click(QWidget* control) { run(control); }
+
+Outcome operate(QWidget* control) { return operateOn(control); }
 
 int itemOf(const QWidget* control) {
     if (const auto* list = qobject_cast<const QComboBox*>(control)) return list->currentIndex();

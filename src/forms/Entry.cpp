@@ -59,21 +59,38 @@ void pressEnter(QLineEdit* box) {
     QCoreApplication::sendEvent(box, &press);
 }
 
-void onEntry(QLineEdit* box, const bool& entryBusy, std::function<void()> enter) {
-    onEnter(box, [&entryBusy, enter = std::move(enter)] {
-        if (!entryBusy) enter();
-    });
+namespace {
+// Holds a box's Enter operation, as a child of the box.
+class EntryOperation : public QObject {
+public:
+    EntryOperation(QObject* box, const bool& busy, std::function<Outcome()> h)
+        : QObject(box), busy_(busy), handler_(std::move(h)) {
+        setObjectName(QStringLiteral("entryOperation"));
+    }
+    Outcome run() const { return busy_ ? Outcome{} : handler_(); }
+
+private:
+    const bool& busy_;
+    std::function<Outcome()> handler_;
+};
+} // namespace
+
+void onEntry(QLineEdit* box, const bool& entryBusy, std::function<Outcome()> enter) {
+    auto* op = new EntryOperation(box, entryBusy, std::move(enter));
+    onEnter(box, [op] { show(op->run()); });
+}
+
+Outcome enter(QLineEdit* box) {
+    const auto* op = box->findChild<EntryOperation*>(QStringLiteral("entryOperation"), Qt::FindDirectChildrenOnly);
+    return op ? op->run() : Outcome{};
 }
 
 namespace {
-bool show(QLineEdit* box, bool ok, const std::string& text, const std::string& message) {
-    if (!ok) {
-        refuseEntry(box, message);
-        return false;
-    }
+Outcome verdict(QLineEdit* box, bool ok, const std::string& text, const std::string& message) {
+    if (!ok) return refused(box, message);
     box->setText(QString::fromStdString(text));
     markAccepted(box);
-    return true;
+    return {};
 }
 constexpr const char* kAccepted = "qzAccepted";
 } // namespace
@@ -82,13 +99,13 @@ void markAccepted(QLineEdit* box) { box->setProperty(kAccepted, box->text()); }
 
 QString acceptedText(const QLineEdit* box) { return box->property(kAccepted).toString(); }
 
-bool take(QLineEdit* box, const qz::FieldCheck& c) { return show(box, c.ok, c.text, c.message); }
+Outcome take(QLineEdit* box, const qz::FieldCheck& c) { return verdict(box, c.ok, c.text, c.message); }
 
-bool take(QLineEdit* box, const qz::DecimalCheck& c) { return show(box, c.ok, c.text, c.message); }
+Outcome take(QLineEdit* box, const qz::DecimalCheck& c) { return verdict(box, c.ok, c.text, c.message); }
 
-std::optional<int32_t> readCode(QLineEdit* box) {
+std::optional<int32_t> readCode(QLineEdit* box, Outcome& outcome) {
     const std::optional<int32_t> code = qz::readDacCode(box->text().toStdString());
-    if (!code) refuseEntry(box, qz::kNotValidNumber);
+    if (!code) outcome += refused(box, qz::kNotValidNumber);
     return code;
 }
 

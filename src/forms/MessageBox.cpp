@@ -45,11 +45,44 @@ void message(const std::string& title, const std::string& text, qz::MsgIcon icon
 
 void setMessageSink(qz::MessageSink s) { sink() = std::move(s); }
 
-void refuseEntry(QLineEdit* field, const std::string& text) {
-    message(qz::kEntryErrorTitle, text, qz::MsgIcon::Exclamation);
-    field->clear();
-    field->setFocus();
+Outcome& Outcome::operator+=(Outcome other) {
+    for (Box& b : other.notes) notes.push_back(std::move(b));
+    if (!refusal && other.refusal) {
+        refusal = std::move(other.refusal);
+        field = other.field;
+    }
+    return *this;
 }
+
+Outcome refused(QLineEdit* field, const std::string& text) {
+    Outcome o = refused(Box{qz::kEntryErrorTitle, text, qz::MsgIcon::Exclamation});
+    o.field = field;
+    return o;
+}
+
+Outcome refused(Box box) {
+    Outcome o;
+    o.refusal = std::move(box);
+    return o;
+}
+
+Outcome noted(Box box) {
+    Outcome o;
+    o.notes.push_back(std::move(box));
+    return o;
+}
+
+void show(const Outcome& outcome) {
+    for (const Box& b : outcome.notes) message(b.title, b.text, b.icon);
+    if (!outcome.refusal) return;
+    message(outcome.refusal->title, outcome.refusal->text, outcome.refusal->icon);
+    if (outcome.field) {
+        outcome.field->clear();
+        outcome.field->setFocus();
+    }
+}
+
+void refuseEntry(QLineEdit* field, const std::string& text) { show(refused(field, text)); }
 
 void endProgram() {
     if (ender()) {

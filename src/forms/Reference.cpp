@@ -34,7 +34,7 @@ QGroupBox* buildReferenceFrame(QWidget* parent, ReferenceOptions& optRef, QLineE
 }
 
 std::optional<float> pickReference(int index, QLineEdit* txtVREF, const ReferenceOptions& options,
-                                   int& inUse) {
+                                   int& inUse, Outcome& outcome) {
     if (index < 0 || index > 2) return std::nullopt;
     float vref = 0.0f;
     if (index < 2) {
@@ -43,7 +43,7 @@ std::optional<float> pickReference(int index, QLineEdit* txtVREF, const Referenc
         const qz::DecimalCheck c = qz::checkReference(txtVREF->text().toStdString());
         if (!c.ok) {
             options[static_cast<size_t>(inUse)]->setChecked(true);
-            refuseEntry(txtVREF, c.message);
+            outcome += refused(txtVREF, c.message);
             return std::nullopt;
         }
         vref = c.value;

@@ -1,6 +1,7 @@
 #pragma once
 // The VREF option group that three panels show: "5V", "2.5V" and "Other" with its box.
 
+#include "forms/MessageBox.h"
 #include "forms/Navigator.h"
 
 #include <array>
@@ -25,7 +26,7 @@ QGroupBox* buildReferenceFrame(QWidget* parent, ReferenceOptions& optRef, QLineE
 // check passes. A box that fails it is refused and the option in use is selected again
 // (its click operation does not run). inUse follows the option whose reference is taken.
 std::optional<float> pickReference(int index, QLineEdit* txtVREF, const ReferenceOptions& options,
-                                   int& inUse);
+                                   int& inUse, Outcome& outcome);
 
 // The same option on the other panels' groups, each of whose handlers runs on a real
 // change. For "Other" the number goes along: the other panels' boxes take this box's

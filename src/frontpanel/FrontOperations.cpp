@@ -38,15 +38,15 @@ void frmMain::wire() {
     fields({cboCurrent, cboMEASURE, cboCompare, cboSlave, cboSlew, cboSysforce, IMEASG, MEASOUTG,
             tempset, chkPD, chkENABLECH, chkCLAMPEN, chk10k, chkGPO});
     for (int i = 0; i < 3; ++i)
-        forms::onClick(optRef[static_cast<size_t>(i)], [this, i] { optRef_Click(i); });
+        forms::onClick(optRef[static_cast<size_t>(i)], [this, i] { return optRef_Click(i); });
 
     const bool& busy = session.general.entryBusy;
-    forms::onEntry(txtV, busy, [this] { txtV_Enter(); });
-    forms::onEntry(OFFSETx1, busy, [this] { OFFSETx1_Enter(); });
-    forms::onEntry(txtclamph, busy, [this] { txtclamph_Enter(); });
-    forms::onEntry(txtClampl, busy, [this] { txtClampl_Enter(); });
-    forms::onEntry(txtEXT1rsense, busy, [this] { txtEXT1rsense_Enter(); });
-    forms::onEntry(txtEXT2Rsense, busy, [this] { txtEXT2Rsense_Enter(); });
+    forms::onEntry(txtV, busy, [this] { return txtV_Enter(); });
+    forms::onEntry(OFFSETx1, busy, [this] { return OFFSETx1_Enter(); });
+    forms::onEntry(txtclamph, busy, [this] { return txtclamph_Enter(); });
+    forms::onEntry(txtClampl, busy, [this] { return txtClampl_Enter(); });
+    forms::onEntry(txtEXT1rsense, busy, [this] { return txtEXT1rsense_Enter(); });
+    forms::onEntry(txtEXT2Rsense, busy, [this] { return txtEXT2Rsense_Enter(); });
 
     const std::pair<QPushButton*, void (frmMain::*)()> buttons[] = {
         {readSYS, &frmMain::readSYS_Click},       {Command4, &frmMain::Command4_Click},
@@ -72,7 +72,7 @@ void frmMain::Form_Load() {
     forms::setListIndex(cboCurrent, 3);
     g.VREF = 5.0f;
     g.imeasGain = 20.0f;
-    UpdateRangeNames();
+    forms::show(UpdateRangeNames());
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
@@ -82,13 +82,13 @@ void frmMain::closeEvent(QCloseEvent* event) {
 }
 
 void frmMain::fields(std::initializer_list<QWidget*> controls) {
-    forms::onClicks(controls, [this](const QString& name) { fieldClick(name); });
+    forms::onClicks(controls, [this](const QString& name) { return fieldClick(name); });
 }
 
-void frmMain::fieldClick(const QString& name) {
+forms::Outcome frmMain::fieldClick(const QString& name) {
     const qz::ControlOps* ops = qz::findControl(name.toStdString());
     QWidget* control = findChild<QWidget*>(name);
-    if (!ops || !control) return;
+    if (!ops || !control) return {};
     const int item = forms::itemOf(control);
     const bool inList = item >= 0 && item < ops->items;
 
@@ -110,53 +110,54 @@ void frmMain::fieldClick(const QString& name) {
         // The gain goes out before it is shown, and the range names follow it.
         session.SPIout(word);
         showWrite(word);
-        UpdateRangeNames();
-        return;
+        return UpdateRangeNames();
     }
     showWrite(word);
     session.SPIout(word);
+    return {};
 }
 
 void frmMain::showWrite(int32_t word) { txtWrite->setText(forms::hexText(word, 6)); }
 
-void frmMain::optRef_Click(int index) {
-    const std::optional<float> vref = forms::pickReference(index, txtVREF, optRef, refIndex_);
-    if (!vref) return;
+forms::Outcome frmMain::optRef_Click(int index) {
+    forms::Outcome o;
+    const std::optional<float> vref = forms::pickReference(index, txtVREF, optRef, refIndex_, o);
+    if (!vref) return o;
     session.general.VREF = *vref;
     forms::followReference(nav, index, txtVREF, {Form::frmMAINQZ7740, Form::frmMeasure});
-    UpdateOutputLimits();
-    UpdateRangeNames();
+    o += UpdateOutputLimits();
+    o += UpdateRangeNames();
+    return o;
 }
 
-void frmMain::UpdateRangeNames() {
+forms::Outcome frmMain::UpdateRangeNames() {
     const qz::RangeNamesUpdate u = qz::UpdateRangeNames(session.general.VREF, session.general.imeasGain);
     if (u.what == qz::RangeNaming::Names) {
         for (int i = 0; i < qz::kCurrentRangeCount; ++i)
             cboCurrent->setItemText(i, QString::fromUtf8((*u.names)[static_cast<size_t>(i)]));
     } else if (u.what == qz::RangeNaming::Warning) {
-        forms::message(u.title, u.text, qz::MsgIcon::Exclamation);
+        return forms::noted({u.title, u.text, qz::MsgIcon::Exclamation});
     }
+    return {};
 }
 
-std::optional<std::array<int32_t, 3>> frmMain::codes() {
+std::optional<std::array<int32_t, 3>> frmMain::codes(forms::Outcome& o) {
     auto* m = forms::controlOf<QLineEdit>(nav, forms::ref::kConsoleFinM);
     auto* c = forms::controlOf<QLineEdit>(nav, forms::ref::kConsoleFinC);
     std::optional<int32_t> offset, mCode, cCode;
-    if (!m || !c || !(offset = forms::readCode(OFFSETx1)) || !(mCode = forms::readCode(m)) ||
-        !(cCode = forms::readCode(c)))
+    if (!m || !c || !(offset = forms::readCode(OFFSETx1, o)) || !(mCode = forms::readCode(m, o)) ||
+        !(cCode = forms::readCode(c, o)))
         return std::nullopt;
     return std::array<int32_t, 3>{*offset, *mCode, *cCode};
 }
 
-bool frmMain::UpdateOutputLimits() {
-    const auto k = codes();
-    if (!k) return false;
+forms::Outcome frmMain::UpdateOutputLimits() {
+    forms::Outcome o;
+    const auto k = codes(o);
+    if (!k) return o;
     qz::General& g = session.general;
     const qz::OutputLimits limits = qz::UpdateOutputLimits(g.VREF, (*k)[0], (*k)[1], (*k)[2]);
-    if (!limits.ok) {
-        forms::refuseEntry(txtVREF, qz::kNotValidNumber);
-        return false;
-    }
+    if (!limits.ok) return forms::refused(txtVREF, qz::kNotValidNumber);
     g.VoutMax = limits.VoutMax;
     g.VoutMin = limits.VoutMin;
     // The console's x1 box shows the code of 0 V; the chip keeps the code it has.
@@ -164,24 +165,19 @@ bool frmMain::UpdateOutputLimits() {
         x1->setText(qtext(limits.txtFINx1));
     txtOutputVh->setText(qtext(limits.txtOutputVh));
     txtOutputVl->setText(qtext(limits.txtOutputVl));
-    return true;
+    return {};
 }
 
-bool frmMain::ForceVoltage() {
+forms::Outcome frmMain::ForceVoltage() {
     const std::optional<double> V = qz::parseDecimal(txtV->text().toStdString());
-    if (!V) {
-        forms::refuseEntry(txtV, qz::kNotValidNumber);
-        return false;
-    }
-    if (!UpdateOutputLimits()) return false;
-    const auto k = codes();
-    if (!k) return false;
+    if (!V) return forms::refused(txtV, qz::kNotValidNumber);
+    forms::Outcome o = UpdateOutputLimits();
+    if (!o) return o;
+    const auto k = codes(o);
+    if (!k) return o;
     qz::General& g = session.general;
     const qz::ForceResult r = qz::ForceVoltage(*V, g.VREF, (*k)[0], (*k)[1], (*k)[2]);
-    if (r.refusal != qz::LawRefusal::None) {
-        forms::refuseEntry(txtV, r.message);
-        return false;
-    }
+    if (r.refusal != qz::LawRefusal::None) return forms::refused(txtV, r.message);
     txtDaccode->setText(qtext(r.txtDaccode));
     if (auto* x1 = forms::controlOf<QLineEdit>(nav, forms::ref::kConsoleFinX1))
         x1->setText(qtext(r.txtDaccode));
@@ -189,44 +185,47 @@ bool frmMain::ForceVoltage() {
     g.DAClast = r.DAClast;
     session.SPIout(g.DAClast);
     txtWrite->setText(qtext(r.txtWrite));
-    return true;
+    return o;
 }
 
-std::optional<frmMain::ForceRefusal> frmMain::forceRefusal(const std::string& text) {
+forms::Outcome frmMain::forceCheck(const std::string& text) {
     const std::optional<float> v = qz::parseSingle(text);
     const std::optional<double> V = qz::parseDecimal(text);
-    if (!v || !V) return ForceRefusal{qz::kNotValidNumber, false};
-    const auto k = codes();
-    if (!k) return ForceRefusal{{}, false};
+    if (!v || !V) return forms::refused(txtV, qz::kNotValidNumber);
+    forms::Outcome o;
+    const auto k = codes(o);
+    if (!k) return o;
     const float VREF = session.general.VREF;
     const qz::OutputLimits limits = qz::UpdateOutputLimits(VREF, (*k)[0], (*k)[1], (*k)[2]);
-    if (!limits.ok) return ForceRefusal{qz::kNotValidNumber, false};
-    if (!(*v <= limits.VoutMax && *v >= limits.VoutMin)) return ForceRefusal{qz::kVoltageOutsideLimits, true};
+    if (!limits.ok) return forms::refused(txtVREF, qz::kNotValidNumber);
+    if (!(*v <= limits.VoutMax && *v >= limits.VoutMin)) return forms::refused(txtV, qz::kVoltageOutsideLimits);
     const qz::ForceResult r = qz::ForceVoltage(*V, VREF, (*k)[0], (*k)[1], (*k)[2]);
-    if (r.refusal != qz::LawRefusal::None) return ForceRefusal{r.message, true};
-    return std::nullopt;
+    if (r.refusal != qz::LawRefusal::None) return forms::refused(txtV, r.message);
+    return {};
 }
 
-void frmMain::txtV_Enter() {
-    const std::optional<float> v = qz::parseSingle(txtV->text().toStdString());
-    if (!v) return forms::refuseEntry(txtV, qz::kNotValidNumber);
-    qz::General& g = session.general;
+forms::Outcome frmMain::txtV_Enter() {
+    const std::string text = txtV->text().toStdString();
+    if (!qz::parseSingle(text)) return forms::refused(txtV, qz::kNotValidNumber);
     // The range goes out again, and the word once more, before the level.
-    forms::click(cboCurrent);
-    session.SPIout(g.PMUreg);
-    if (!UpdateOutputLimits()) return;
-    if (!(*v <= g.VoutMax && *v >= g.VoutMin))
-        return forms::refuseEntry(txtV, qz::kVoltageOutsideLimits);
-    if (ForceVoltage()) {
+    forms::Outcome o = forms::operate(cboCurrent);
+    session.SPIout(session.general.PMUreg);
+    o += UpdateOutputLimits();
+    if (!o) return o;
+    o += forceCheck(text);
+    if (!o) return o;
+    o += ForceVoltage();
+    if (o) {
         txtV->setText(txtV->text().toUpper());
         forms::markAccepted(txtV);
     }
+    return o;
 }
 
-void frmMain::OFFSETx1_Enter() {
+forms::Outcome frmMain::OFFSETx1_Enter() {
     const qz::HexField field = qz::hexField(qz::HexFieldId::frmMain_OFFSETx1);
     const qz::FieldCheck c = qz::checkHexField(field, OFFSETx1->text().toStdString());
-    if (!forms::take(OFFSETx1, c)) return;
+    if (forms::Outcome o = forms::take(OFFSETx1, c); !o) return o;
     qz::General& g = session.general;
     g.DAClast = qz::composeDACLOAD(c.value, field.addressWord).word;
     showWrite(g.DAClast);
@@ -234,14 +233,14 @@ void frmMain::OFFSETx1_Enter() {
     // One way only: the console's box follows this one, never the other way round.
     if (auto* console = forms::controlOf<QLineEdit>(nav, forms::ref::kConsoleOffset))
         console->setText(OFFSETx1->text());
-    UpdateOutputLimits();
+    return UpdateOutputLimits();
 }
 
-void frmMain::txtclamph_Enter() { clampEntry(txtclamph, true); }
+forms::Outcome frmMain::txtclamph_Enter() { return clampEntry(txtclamph, true); }
 
-void frmMain::txtClampl_Enter() { clampEntry(txtClampl, false); }
+forms::Outcome frmMain::txtClampl_Enter() { return clampEntry(txtClampl, false); }
 
-void frmMain::clampEntry(QLineEdit* box, bool high) {
+forms::Outcome frmMain::clampEntry(QLineEdit* box, bool high) {
     qz::General& g = session.general;
     const qz::ClampResult r =
         qz::computeClamp(high ? qz::ClampSide::High : qz::ClampSide::Low, box->text().toStdString(),
@@ -251,13 +250,14 @@ void frmMain::clampEntry(QLineEdit* box, bool high) {
         QLineEdit* blamed = box;
         if (r.blame == qz::ClampBlame::txtEXT1rsense) blamed = txtEXT1rsense;
         if (r.blame == qz::ClampBlame::txtEXT2Rsense) blamed = txtEXT2Rsense;
-        return forms::refuseEntry(blamed, r.message);
+        return forms::refused(blamed, r.message);
     }
     g.DAClast = r.DAClast;
     txtWrite->setText(qtext(r.txtWrite));
     session.SPIout(g.DAClast);
     forms::markAccepted(box);
     clampSet_[high ? 1 : 0] = qz::ClampLevel{r.current, r.R, g.imeasGain, g.VREF};
+    return {};
 }
 
 std::optional<float> frmMain::presentRsense() const {
@@ -290,12 +290,12 @@ std::optional<std::pair<float, float>> frmMain::outputRange() {
     return std::pair{limits.VoutMin, limits.VoutMax};
 }
 
-void frmMain::txtEXT1rsense_Enter() {
-    forms::take(txtEXT1rsense, qz::checkDecimalField(qz::ktxtEXT1rsense, txtEXT1rsense->text().toStdString()));
+forms::Outcome frmMain::txtEXT1rsense_Enter() {
+    return forms::take(txtEXT1rsense, qz::checkDecimalField(qz::ktxtEXT1rsense, txtEXT1rsense->text().toStdString()));
 }
 
-void frmMain::txtEXT2Rsense_Enter() {
-    forms::take(txtEXT2Rsense, qz::checkDecimalField(qz::ktxtEXT2Rsense, txtEXT2Rsense->text().toStdString()));
+forms::Outcome frmMain::txtEXT2Rsense_Enter() {
+    return forms::take(txtEXT2Rsense, qz::checkDecimalField(qz::ktxtEXT2Rsense, txtEXT2Rsense->text().toStdString()));
 }
 
 void frmMain::readButton(int address) {
@@ -311,16 +311,21 @@ void frmMain::readDPS2_Click() { readButton(qz::reg::kDPS2); }
 void frmMain::Command5_Click() { readButton(qz::reg::kComp1); }
 void frmMain::readcomp2_Click() { readButton(qz::reg::kComp2); }
 
-void frmMain::alarmRead(int address) {
+int32_t frmMain::alarmRead(int address) {
     const int32_t command = qz::readCommandOf(address);
     const int32_t r = session.readAlarmStatus(command);
     txtRead->setText(forms::hexText(r, 6));
     showWrite(command);
     forms::showAlarms(this, r);
+    return r;
 }
 
-void frmMain::cmdCheckAlarms_Click() { alarmRead(qz::reg::kAlarmStatus); }
-void frmMain::cmdCLEAR_Click() { alarmRead(qz::reg::kAlarmStatusClear); }
+int32_t frmMain::readAlarms(bool clear) {
+    return alarmRead(clear ? qz::reg::kAlarmStatusClear : qz::reg::kAlarmStatus);
+}
+
+void frmMain::cmdCheckAlarms_Click() { readAlarms(false); }
+void frmMain::cmdCLEAR_Click() { readAlarms(true); }
 
 void frmMain::cmdRESET_Click() {
     if (session.general.entryBusy) return;

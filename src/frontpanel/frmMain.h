@@ -5,6 +5,7 @@
 // the same name on the console, and the two stay equal.
 
 #include "forms/AutoComp.h"
+#include "forms/MessageBox.h"
 #include "forms/Panel.h"
 #include "levels/Clamps.h"
 
@@ -26,31 +27,26 @@ public:
 
     // A list or check box of the selection table, as the operator's pick runs it: the
     // shadow word changes, the twin on the console follows and the word goes out.
-    void fieldClick(const QString& control);
-    void optRef_Click(int index);
+    forms::Outcome fieldClick(const QString& control);
+    forms::Outcome optRef_Click(int index);
 
     // The entries, on Enter.
-    void txtV_Enter();
-    void OFFSETx1_Enter();
-    void txtclamph_Enter();
-    void txtClampl_Enter();
-    void txtEXT1rsense_Enter();
-    void txtEXT2Rsense_Enter();
+    forms::Outcome txtV_Enter();
+    forms::Outcome OFFSETx1_Enter();
+    forms::Outcome txtclamph_Enter();
+    forms::Outcome txtClampl_Enter();
+    forms::Outcome txtEXT1rsense_Enter();
+    forms::Outcome txtEXT2Rsense_Enter();
 
-    // The limits of the present codes into VoutMin, VoutMax and their boxes; false when a
-    // code box holds no code (refused on that box).
-    bool UpdateOutputLimits();
-    // The request of txtV to the FIN DAC; false when refused.
-    bool ForceVoltage();
-    // What an Enter of this text in txtV would refuse, worked out without sending anything
-    // (the Enter itself sends the range words before its checks): the message, and whether
-    // the number was one but out of range. Empty when it would pass. A code box that holds
-    // no code is refused on that box, as the Enter would, and gives an empty message.
-    struct ForceRefusal {
-        std::string message;
-        bool outOfRange;
-    };
-    std::optional<ForceRefusal> forceRefusal(const std::string& text);
+    // The limits of the present codes into VoutMin, VoutMax and their boxes; refused on a
+    // code box that holds no code.
+    forms::Outcome UpdateOutputLimits();
+    // The request of txtV to the FIN DAC.
+    forms::Outcome ForceVoltage();
+    // The one check of a force voltage, for the panel's Enter and the remote alike: what
+    // an Enter of this text in txtV would refuse once the range words are out, worked out
+    // without a word sent or a box changed.
+    forms::Outcome forceCheck(const std::string& text);
     // VoutMin and VoutMax of the codes the boxes hold, worked out without a word sent or
     // a box changed; nothing when a code box holds no code.
     std::optional<std::pair<float, float>> outputRange();
@@ -60,7 +56,9 @@ public:
     // The current the chip's clamp code stands for now, in amperes: the last clamp set,
     // carried to the present range, gain and VREF. Nothing before the first.
     std::optional<double> clampAmps(bool high) const;
-    void UpdateRangeNames();
+    forms::Outcome UpdateRangeNames();
+    // The alarm status word, read as "Check Alarm Status" (or "CLEAR") reads and shows it.
+    int32_t readAlarms(bool clear);
 
     // Reads, each showing the command in txtWrite and the reply in txtRead.
     void readSYS_Click();
@@ -163,10 +161,10 @@ private:
     void compSelect(const qz::CompSelection& selection, int item);
 
     void fields(std::initializer_list<QWidget*> controls);
-    void clampEntry(QLineEdit* box, bool high);
+    forms::Outcome clampEntry(QLineEdit* box, bool high);
     void readButton(int address);
-    void alarmRead(int command);
+    int32_t alarmRead(int command);
     void showWrite(int32_t word);
     // OFFSET of this panel, m and c of the console, each read from its box.
-    std::optional<std::array<int32_t, 3>> codes();
+    std::optional<std::array<int32_t, 3>> codes(forms::Outcome& outcome);
 };

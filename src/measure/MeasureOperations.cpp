@@ -30,7 +30,7 @@ using forms::Form;
 
 void frmMeasure::wire() {
     for (int i = 0; i < 3; ++i)
-        forms::onClick(optRef[static_cast<size_t>(i)], [this, i] { optRef_Click(i); });
+        forms::onClick(optRef[static_cast<size_t>(i)], [this, i] { return optRef_Click(i); });
     const std::pair<QComboBox*, void (frmMeasure::*)()> lists[] = {
         {cboSweepI, &frmMeasure::cboSweepI_Click},
         {cboMeasureVI, &frmMeasure::cboMeasureVI_Click},
@@ -68,14 +68,14 @@ void frmMeasure::wire() {
         connect(label, &QPushButton::clicked, this, [w = what] { w.first->setVisible(w.second); });
 
     const bool& busy = session.general.entryBusy;
-    const std::pair<QLineEdit*, void (frmMeasure::*)()> entries[] = {
+    const std::pair<QLineEdit*, forms::Outcome (frmMeasure::*)()> entries[] = {
         {txtVREF, &frmMeasure::txtVREF_Enter},       {txtstartV, &frmMeasure::txtstartV_Enter},
         {txtendV, &frmMeasure::txtendV_Enter},       {txtstep, &frmMeasure::txtstep_Enter},
         {txtForceV, &frmMeasure::txtForceV_Enter},   {txtFINSET1, &frmMeasure::txtFINSET1_Enter},
         {txtFINSET2, &frmMeasure::txtFINSET2_Enter}, {txtdin, &frmMeasure::txtdin_Enter},
     };
     for (const auto& [box, handler] : entries)
-        forms::onEntry(box, busy, [this, h = handler] { (this->*h)(); });
+        forms::onEntry(box, busy, [this, h = handler] { return (this->*h)(); });
 
     Strip1->onCursorMoved([this](double x) { Strip1_CursorMoved(x); });
     Strip2->onCursorMoved([this](double x) { Strip2_CursorMoved(x); });
@@ -98,7 +98,7 @@ void frmMeasure::Form_Load() {
     SSTab1->setCurrentIndex(0);
     qz::General& g = session.general;
     g.sweepPMUreg = g.PMUreg;
-    optRef_Click(1);
+    forms::show(optRef_Click(1));
     forms::setListIndex(cboMeasureVI, 0);
 }
 
@@ -106,20 +106,22 @@ bool frmMeasure::running() const {
     return run_->running();
 }
 
-void frmMeasure::optRef_Click(int index) {
+forms::Outcome frmMeasure::optRef_Click(int index) {
     qz::General& g = session.general;
-    if (g.entryBusy) return;
-    const std::optional<float> vref = forms::pickReference(index, txtVREF, optRef, refIndex_);
-    if (!vref) return;
+    if (g.entryBusy) return {};
+    forms::Outcome o;
+    const std::optional<float> vref = forms::pickReference(index, txtVREF, optRef, refIndex_, o);
+    if (!vref) return o;
     g.VREF = *vref;
     // Chosen here too when code runs the click, before the twins hear of it.
     optRef[static_cast<size_t>(index)]->setChecked(true);
     forms::followReference(nav, index, txtVREF, {Form::frmMain, Form::frmMAINQZ7740});
+    return o;
 }
 
-void frmMeasure::txtVREF_Enter() {
+forms::Outcome frmMeasure::txtVREF_Enter() {
     // Only a check: VREF follows at the next click of "Other" or the next run.
-    forms::take(txtVREF, qz::checkReference(txtVREF->text().toStdString()));
+    return forms::take(txtVREF, qz::checkReference(txtVREF->text().toStdString()));
 }
 
 void frmMeasure::cboSweepI_Click() {
@@ -172,7 +174,7 @@ void frmMeasure::closeEvent(QCloseEvent* event) {
     mnuClose_Click();
 }
 
-void frmMeasure::refuse(qz::Box box, const std::string& text) {
+forms::Outcome frmMeasure::refuse(qz::Box box, const std::string& text) {
     QLineEdit* field = nullptr;
     switch (box) {
     case qz::Box::txtstartV: field = txtstartV; break;
@@ -181,37 +183,37 @@ void frmMeasure::refuse(qz::Box box, const std::string& text) {
     case qz::Box::txtVREF: field = txtVREF; break;
     case qz::Box::txtForceV: field = txtForceV; break;
     }
-    forms::refuseEntry(field, text);
+    return forms::refused(field, text);
 }
 
-void frmMeasure::voltageEntry(QLineEdit* box) {
+forms::Outcome frmMeasure::voltageEntry(QLineEdit* box) {
     // The OFFSET code comes from the chip, not from any panel's box.
     const int32_t offset =
         session.readWord(qz::readCommandOf(qz::reg::kOffset)) - qz::writeWord(qz::reg::kOffset, 0);
-    forms::take(box, qz::checkForceEntry(box->text().toStdString(), session.general.VREF, offset));
+    return forms::take(box, qz::checkForceEntry(box->text().toStdString(), session.general.VREF, offset));
 }
 
-void frmMeasure::txtstartV_Enter() {
-    voltageEntry(txtstartV);
+forms::Outcome frmMeasure::txtstartV_Enter() {
+    return voltageEntry(txtstartV);
 }
-void frmMeasure::txtendV_Enter() {
-    voltageEntry(txtendV);
+forms::Outcome frmMeasure::txtendV_Enter() {
+    return voltageEntry(txtendV);
 }
-void frmMeasure::txtForceV_Enter() {
-    voltageEntry(txtForceV);
+forms::Outcome frmMeasure::txtForceV_Enter() {
+    return voltageEntry(txtForceV);
 }
-void frmMeasure::txtstep_Enter() {
-    forms::take(txtstep, qz::checkStepEntry(txtstep->text().toStdString()));
+forms::Outcome frmMeasure::txtstep_Enter() {
+    return forms::take(txtstep, qz::checkStepEntry(txtstep->text().toStdString()));
 }
 
-void frmMeasure::txtFINSET1_Enter() {
-    forms::take(txtFINSET1, qz::checkCodeEntry(txtFINSET1->text().toStdString()));
+forms::Outcome frmMeasure::txtFINSET1_Enter() {
+    return forms::take(txtFINSET1, qz::checkCodeEntry(txtFINSET1->text().toStdString()));
 }
-void frmMeasure::txtFINSET2_Enter() {
-    forms::take(txtFINSET2, qz::checkCodeEntry(txtFINSET2->text().toStdString()));
+forms::Outcome frmMeasure::txtFINSET2_Enter() {
+    return forms::take(txtFINSET2, qz::checkCodeEntry(txtFINSET2->text().toStdString()));
 }
-void frmMeasure::txtdin_Enter() {
-    forms::take(txtdin, qz::checkCodeEntry(txtdin->text().toStdString()));
+forms::Outcome frmMeasure::txtdin_Enter() {
+    return forms::take(txtdin, qz::checkCodeEntry(txtdin->text().toStdString()));
 }
 
 void frmMeasure::cmdCOPYTOCLIP_Click() {

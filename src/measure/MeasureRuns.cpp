@@ -114,23 +114,26 @@ qz::Prepared frmMeasure::plotHead(bool sweep, forms::ResultList* list,
     return prepared;
 }
 
-void frmMeasure::cmdPlot_Click() {
-    if (run_->running()) return;
+void frmMeasure::cmdPlot_Click() { forms::show(plotSweep()); }
+
+forms::Outcome frmMeasure::plotSweep() {
+    if (run_->running()) return {};
     forms::RunScope scope(*run_, [this] { finishRun(); });
     run_->begin(cmdStop, 0, *clock_, {});
     const qz::Prepared prepared = plotHead(true, List1, {Text2, Text3, txtmin, txtMax});
     const float Rsense = qz::senseRange(session.general.IRangeIndex).rsense;
     // A refused sweep ends in SweepV; the handler's tail runs all the same.
-    SweepV(Rsense, prepared.offsetCode);
+    const forms::Outcome o = SweepV(Rsense, prepared.offsetCode);
     letEventsRun();
     for (forms::StripChart* chart : {Strip1, Strip2}) {
         chart->setCursorMode(2);
         chart->setHandleStyle(3);
     }
     Check1_Click();
+    return o;
 }
 
-void frmMeasure::SweepV(float Rsense, int32_t offsetCode) {
+forms::Outcome frmMeasure::SweepV(float Rsense, int32_t offsetCode) {
     qz::General& g = session.general;
     g.IRangeIndex = 0;
     g.measMode = 0;
@@ -143,10 +146,7 @@ void frmMeasure::SweepV(float Rsense, int32_t offsetCode) {
     r.step = txtstep->text().toStdString();
     settings(r, offsetCode, Rsense);
     qz::SweepPlan plan;
-    if (const auto refusal = qz::planSweep(g, r, plan)) {
-        refuse(refusal->box, refusal->text);
-        return;
-    }
+    if (const auto refusal = qz::planSweep(g, r, plan)) return refuse(refusal->box, refusal->text);
     txtdifff->clear();
     txtstart->setText(forms::hexText(plan.startCode, 1));
     txtend->setText(forms::hexText(plan.endCode, 1));
@@ -173,6 +173,7 @@ void frmMeasure::SweepV(float Rsense, int32_t offsetCode) {
                          [this](std::string line) { List1->addLine(std::move(line)); });
     List1->flush();
     Strip1->setTraceColor(kBlue);
+    return {};
 }
 
 void frmMeasure::ShowChartAxes(const qz::ChartBounds& b, int points, const std::vector<double>& d) {
@@ -188,20 +189,23 @@ void frmMeasure::ShowChartAxes(const qz::ChartBounds& b, int points, const std::
     Strip1->addArray(d);
 }
 
-void frmMeasure::cmdPlotit_Click() {
-    if (run_->running()) return;
+void frmMeasure::cmdPlotit_Click() { forms::show(plotTime()); }
+
+forms::Outcome frmMeasure::plotTime() {
+    if (run_->running()) return {};
     forms::RunScope scope(*run_, [this] { finishRun(); });
     run_->begin(cmdStopit, 0, *clock_, {});
     const qz::Prepared prepared = plotHead(false, List2, {txtX, txtY, txtmin1, txtmax1, txtdiff});
     const float Rsense = qz::senseRange(session.general.IRangeIndex).rsense;
-    SweepandMeasure(Rsense, prepared.offsetCode);
+    const forms::Outcome o = SweepandMeasure(Rsense, prepared.offsetCode);
     letEventsRun();
     // The handles are the sweep's to show: a time run leaves them as they are.
     Strip2->setCursorMode(2);
     Check1_Click();
+    return o;
 }
 
-void frmMeasure::SweepandMeasure(float Rsense, int32_t offsetCode) {
+forms::Outcome frmMeasure::SweepandMeasure(float Rsense, int32_t offsetCode) {
     qz::General& g = session.general;
     g.IRangeIndex = 0;
     List2->clear();
@@ -210,10 +214,7 @@ void frmMeasure::SweepandMeasure(float Rsense, int32_t offsetCode) {
     r.force = txtForceV->text().toStdString();
     settings(r, offsetCode, Rsense);
     qz::TimePlan plan;
-    if (const auto refusal = qz::planTimeRun(g, r, plan)) {
-        refuse(refusal->box, refusal->text);
-        return;
-    }
+    if (const auto refusal = qz::planTimeRun(g, r, plan)) return refuse(refusal->box, refusal->text);
     txtForceC->setText(forms::hexText(plan.code, 1));
     timeHeader_ = qz::headerLines("QZ7740 measurement versus time",
                                   qz::timeSettings(stamp(), choices(), r, plan));
@@ -229,6 +230,7 @@ void frmMeasure::SweepandMeasure(float Rsense, int32_t offsetCode) {
     txtdiff->setText(forms::qtext(qz::defaultText(out.range.max - out.range.min)));
     ShowTimeChart(qz::timeChartBounds(out.range),
                   plan.measMode == 1 ? arrays.timeMeasAmps : arrays.sweepMeasVolts);
+    return {};
 }
 
 void frmMeasure::ShowTimeChart(const qz::ChartBounds& b, const std::vector<double>& d) {

@@ -5,6 +5,7 @@
 // reads the points back, and a list goes to the clipboard as text or to a file with the
 // settings of its run.
 
+#include "forms/MessageBox.h"
 #include "forms/Panel.h"
 #include "registers/RunLog.h"
 #include "runs/Measure.h"
@@ -33,8 +34,8 @@ class frmMeasure : public forms::Panel {
     bool running() const;
 
     // Beside the tabs.
-    void optRef_Click(int index);
-    void txtVREF_Enter();
+    forms::Outcome optRef_Click(int index);
+    forms::Outcome txtVREF_Enter();
     void cboSweepI_Click();
     void cboMeasureVI_Click();
     void cboDela_Click();
@@ -46,20 +47,24 @@ class frmMeasure : public forms::Panel {
 
     // "SWEEP VOLTAGE MEASURE CURRENT/VOLTAGE"
     void cmdPlot_Click();
+    // The sweep and the time run as the buttons run them, their outcome given back (the
+    // buttons show it).
+    forms::Outcome plotSweep();
+    forms::Outcome plotTime();
     // The sweep itself, after the head of cmdPlot; a refused field ends it before its
     // first word.
-    void SweepV(float Rsense, int32_t offsetCode);
-    void txtstartV_Enter();
-    void txtendV_Enter();
-    void txtstep_Enter();
+    forms::Outcome SweepV(float Rsense, int32_t offsetCode);
+    forms::Outcome txtstartV_Enter();
+    forms::Outcome txtendV_Enter();
+    forms::Outcome txtstep_Enter();
     void cmdCOPYTOCLIP_Click();
     void cmdSave_Click();
     void Strip1_CursorMoved(double x);
 
     // "MEASURE CURRENT/VOLTAGE VERSUS TIME"
     void cmdPlotit_Click();
-    void SweepandMeasure(float Rsense, int32_t offsetCode);
-    void txtForceV_Enter();
+    forms::Outcome SweepandMeasure(float Rsense, int32_t offsetCode);
+    forms::Outcome txtForceV_Enter();
     void cmdCopy_Click();
     void cmdSaveit_Click();
     void Strip2_CursorMoved(double x);
@@ -71,9 +76,9 @@ class frmMeasure : public forms::Panel {
     void cboFINREG_Click();
     void cboCurrent1_Click();
     void cboCurrent2_Click();
-    void txtFINSET1_Enter();
-    void txtFINSET2_Enter();
-    void txtdin_Enter();
+    forms::Outcome txtFINSET1_Enter();
+    forms::Outcome txtFINSET2_Enter();
+    forms::Outcome txtdin_Enter();
     void cmdWRITESET_Click();
     void cmdRangeChange_Click();
 
@@ -176,8 +181,8 @@ class frmMeasure : public forms::Panel {
     qz::MeasureChoices choices() const;
     qz::RunContext context(forms::ResultList* list);
     void showProgress(const qz::RunProgress& p, bool sweep);
-    void refuse(qz::Box box, const std::string& text);
-    void voltageEntry(QLineEdit* box);
+    forms::Outcome refuse(qz::Box box, const std::string& text);
+    forms::Outcome voltageEntry(QLineEdit* box);
     void ShowChartAxes(const qz::ChartBounds& b, int points, const std::vector<double>& d);
     void ShowTimeChart(const qz::ChartBounds& b, const std::vector<double>& d);
     void finishRun();

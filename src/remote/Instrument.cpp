@@ -12,7 +12,7 @@
 #include "registers/RegisterMap.h"
 #include "remote/Commands.h"
 
-#include <QCheckBox>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QTimer>
 
@@ -48,17 +48,26 @@ Instrument::Instrument(qz::Session& session, forms::Navigator& nav, Config confi
 
 Instrument::~Instrument() { session_.runs.onChange = nullptr; }
 
-Instrument::Capture::Capture(Instrument& in, std::vector<Message>& target) : in_(in), previous_(in.target_) {
-    in_.target_ = &target;
-    if (previous_) return;
-    forms::setMessageSink([&in = in_](const std::string& title, const std::string& text, qz::MsgIcon icon) {
-        if (in.target_) in.target_->push_back({title, text, icon});
-    });
+Error Instrument::errorOf(const forms::Box& refusal) {
+    if (refusal.title == qz::kEntryErrorTitle)
+        return {refusal.text == qz::kNotValidNumber ? err::kIllegalValue : err::kOutOfRange, refusal.text};
+    return {err::kExecution, refusal.text};
 }
 
-Instrument::Capture::~Capture() {
-    in_.target_ = previous_;
-    if (!previous_) forms::setMessageSink(in_.config_.normalSink);
+void Instrument::report(const forms::Outcome& outcome) {
+    // A warning leaves the setting made; it is the device's own note, a positive code.
+    for (const forms::Box& note : outcome.notes) raise({err::kWarning, note.title + "; " + note.text});
+    if (outcome.refusal) raise(errorOf(*outcome.refusal));
+}
+
+void Instrument::check(const forms::Outcome& outcome) {
+    for (const forms::Box& note : outcome.notes) raise({err::kWarning, note.title + "; " + note.text});
+    if (outcome.refusal) throw Refused{errorOf(*outcome.refusal)};
+}
+
+QWidget* Instrument::shown(const Call& call) {
+    if (!nav_.loaded(call.command.form)) return nullptr;
+    return control(call);
 }
 
 frmMain* Instrument::front() { return static_cast<frmMain*>(nav_.load(forms::Form::frmMain)); }
@@ -122,37 +131,19 @@ Instrument::Outcome Instrument::dispatch(const Command& c, const Unit& unit) {
         raise({err::kSettingsConflict, "Settings conflict; a run is in progress"});
         return failed();
     }
-    std::vector<Message> messages;
     Outcome out;
-    {
-        Capture capture(*this, messages);
-        ++commandDepth_;
-        try {
-            out.answer = (this->*(unit.query ? c.ask : c.set))(Call{c, unit.params});
-        } catch (const Refused& r) {
-            raise(r.error);
-            out.kind = Outcome::Kind::Failed;
-        } catch (const WaitForRun&) {
-            out.kind = Outcome::Kind::Wait;
-        }
-        --commandDepth_;
-    }
-    if (!messages.empty()) {
-        queueMessages(messages);
+    ++commandDepth_;
+    try {
+        out.answer = (this->*(unit.query ? c.ask : c.set))(Call{c, unit.params});
+    } catch (const Refused& r) {
+        raise(r.error);
         out.kind = Outcome::Kind::Failed;
+    } catch (const WaitForRun&) {
+        out.kind = Outcome::Kind::Wait;
     }
+    --commandDepth_;
     if (out.kind != Outcome::Kind::Done) out.answer.clear();
     return out;
-}
-
-void Instrument::queueMessages(const std::vector<Message>& messages) {
-    for (const Message& m : messages) {
-        // An entry's refusal is a value out of range, in the panel's own words; any other
-        // box a remote command raised is an execution error with its text.
-        int code = err::kExecution;
-        if (m.title == qz::kEntryErrorTitle) code = m.text == qz::kNotValidNumber ? err::kIllegalValue : err::kOutOfRange;
-        raise({code, m.text});
-    }
 }
 
 bool Instrument::running() const {
@@ -180,9 +171,7 @@ void Instrument::abort() {
     const bool wasPending = pending_ != Run::None;
     pending_ = Run::None;
     if (auto* m = static_cast<frmMeasure*>(nav_.loaded(forms::Form::frmMeasure)); m && m->running()) m->cmdStop_Click();
-    // The temperature run stops as the operator stops it: its "STOP" box ticked.
-    if (auto* d = static_cast<frmDIAG*>(nav_.loaded(forms::Form::frmDIAG)); d && d->running() && !d->Check1->isChecked())
-        d->Check1->click();
+    if (auto* d = static_cast<frmDIAG*>(nav_.loaded(forms::Form::frmDIAG)); d && d->running()) d->stopRun();
     if (wasPending) runChanged();
 }
 
@@ -328,13 +317,8 @@ std::string Instrument::statPreset(const Call&) {
 }
 
 uint16_t Instrument::readAlarms(bool clear) {
-    frmMain* m = front();
-    if (clear)
-        m->cmdCLEAR_Click();
-    else
-        m->cmdCheckAlarms_Click();
-    const auto word = qz::parseHex(m->txtRead->text().toStdString());
-    const auto present = static_cast<uint16_t>(word ? (~*word) & 0xFFC0 : 0);
+    const int32_t word = front()->readAlarms(clear);
+    const auto present = static_cast<uint16_t>((~word) & 0xFFC0);
     uint16_t live = 0, latched = 0;
     for (const AlarmBit& a : kAlarmBits) {
         if (present & (1u << a.latchedBit)) latched |= a.questionable;
@@ -384,17 +368,10 @@ void Instrument::beginRun() {
     pending_ = Run::None;
     if (run == Run::None) return;
     remoteRun_ = true;
-    std::vector<Message> messages;
-    {
-        Capture capture(*this, messages);
-        frmMeasure* m = measure();
-        if (run == Run::Sweep)
-            m->cmdPlot_Click();
-        else
-            m->cmdPlotit_Click();
-    }
+    frmMeasure* m = measure();
+    const forms::Outcome outcome = run == Run::Sweep ? m->plotSweep() : m->plotTime();
     remoteRun_ = false;
-    queueMessages(messages);
+    report(outcome);
     runChanged();
 }
 

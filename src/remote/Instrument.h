@@ -1,11 +1,14 @@
 #pragma once
 // The board as an instrument: each unit of a remote message becomes the operation of a
 // panel's control, so that a script does exactly what the operator's hand would, and the
-// panels show it. Refusals that a panel would put in a message box go to the error queue
-// instead, and set the status bits of their class; a run starts from the event loop, so
-// that messages keep being served while it is in progress.
+// panels show it. Each operation gives back its outcome: a refusal, which the panel would
+// put in a message box, goes to the error queue instead and sets the status bits of its
+// class; a warning on the way goes to the queue as a device-specific code. A run starts
+// from the event loop, so that messages keep being served while it is in progress. A query
+// sends no word to the chip for a setting: a panel not loaded answers from its start state.
 
 #include "board/Message.h"
+#include "forms/MessageBox.h"
 #include "forms/Navigator.h"
 #include "registers/Session.h"
 #include "remote/Scpi.h"
@@ -18,6 +21,7 @@
 #include <string>
 #include <vector>
 
+class QComboBox;
 class QLineEdit;
 class QWidget;
 class frmMain;
@@ -32,7 +36,6 @@ class Instrument : public QObject {
   public:
     struct Config {
         std::string version;        // the program's, for *IDN?
-        qz::MessageSink normalSink; // the sink outside remote commands (empty: the real box)
         std::function<void()> exit; // SYST:EXIT
         // *RST: the panels and the chip as at the program's start, without the board's
         // search. Empty: the front panel's RESET QZ7740 alone (tests of single panels).
@@ -163,31 +166,27 @@ class Instrument : public QObject {
     // The panels' controls that the command table's rows work on.
     static std::vector<forms::ControlRef> panelControls();
 
+    // The error a panel's refusal stands for: an entry's refusal is a value out of range
+    // (not a number: an illegal value), in the panel's own words; any other refusal is an
+    // execution error with its text.
+    static Error errorOf(const forms::Box& refusal);
+
   private:
     enum class Run { None, Sweep, Time };
-    struct Message {
-        std::string title, text;
-        qz::MsgIcon icon;
-    };
-    // While a unit runs, the panels' messages land in `target`; at the outermost end the
-    // normal sink returns.
-    class Capture {
-      public:
-        Capture(Instrument& in, std::vector<Message>& target);
-        ~Capture();
-        Capture(const Capture&) = delete;
-        Capture& operator=(const Capture&) = delete;
-
-      private:
-        Instrument& in_;
-        std::vector<Message>* previous_;
-    };
 
     frmMain* front();
     frmMeasure* measure();
     frmDIAG* diag();
     Outcome dispatch(const Command& c, const Unit& unit);
-    void queueMessages(const std::vector<Message>& messages);
+    // An operation's outcome within a handler: its warnings queued, its refusal ending the
+    // unit. report() queues both, for an operation that no unit waits on.
+    void check(const forms::Outcome& outcome);
+    void report(const forms::Outcome& outcome);
+    // The row's control when its panel is loaded; nullptr otherwise (a query then answers
+    // from the panel's start state, since loading a panel sends words).
+    QWidget* shown(const Call& call);
+    // Sets a list's item and runs its operation, as the operator's pick.
+    void pick(QComboBox* list, int index);
     void startRun(Run run);
     void beginRun();
     void runChanged();
@@ -195,10 +194,10 @@ class Instrument : public QObject {
     int itemInForce(const Call& call);
     float forceLimit(Numeric::Kind kind);
     double entryLimit(const Call& call, Numeric::Kind kind);
-    // Puts the text in the box and presses Enter (or runs `enter`); a refused entry leaves
-    // the box's text as it was (the panel empties it for the operator's next try, a
-    // script has none).
-    void enterBox(QLineEdit* box, const std::string& text, const std::function<void()>& enter = {});
+    // Puts the text in the box and runs its Enter operation (or `enter`); a refused entry
+    // leaves the box's text as it was (the panel empties it for the operator's next try, a
+    // script has none). A text longer than the box holds is refused before it goes in.
+    void enterBox(QLineEdit* box, const std::string& text, const std::function<forms::Outcome()>& enter = {});
     // The alarm status read as STAT:ALAR? reads it: the front panel's "Check Alarm Status"
     // or "CLEAR"; a bit for each alarm present, the questionable register brought up to date.
     uint16_t readAlarms(bool clear);
@@ -206,6 +205,9 @@ class Instrument : public QObject {
     // The full scale of each range of the front panel's and the measurement panel's lists.
     std::vector<double> frontFullScales();
     std::vector<double> sweepFullScales() const;
+    // A front panel list back at the item it showed (its shadow word's item while it
+    // showed its start text), by its operation when that is not the item it shows now.
+    void restoreItem(QComboBox* list, int before);
     void pickRange(QWidget* list, const std::vector<double>& fullScales, const Call& call, int defaultIndex);
 
     qz::Session& session_;
@@ -214,7 +216,6 @@ class Instrument : public QObject {
     ErrorQueue errors_;
     StatusModel status_;
     Format format_;
-    std::vector<Message>* target_ = nullptr;
     int commandDepth_ = 0;
     Run pending_ = Run::None; // asked for by INIT, not yet begun
     bool remoteRun_ = false;  // begun by INIT, not yet ended

@@ -19,6 +19,8 @@ namespace qz::remote {
 // The error codes the remote control gives, with their standard texts.
 namespace err {
 inline constexpr int kNone = 0;
+// A warning of the device on a setting it made (positive: the device's own).
+inline constexpr int kWarning = 1;
 inline constexpr int kCommand = -100;
 inline constexpr int kInvalidCharacter = -101;
 inline constexpr int kSyntax = -102;

@@ -101,13 +101,6 @@ int itemNamed(const QComboBox* list, const std::string& name) {
     return -1;
 }
 
-// The operator's pick: the item is chosen and the list's click runs, even for the item
-// already chosen.
-void pick(QComboBox* list, int index) {
-    list->setCurrentIndex(index);
-    forms::click(list);
-}
-
 QComboBox* listOf(QWidget* w) {
     auto* list = qobject_cast<QComboBox*>(w);
     if (!list) throw Refused{standardError(err::kExecution)};
@@ -116,15 +109,23 @@ QComboBox* listOf(QWidget* w) {
 
 } // namespace
 
-void Instrument::enterBox(QLineEdit* box, const std::string& text, const std::function<void()>& enter) {
+// The operator's pick: the item is chosen and the list's click runs, even for the item
+// already chosen.
+void Instrument::pick(QComboBox* list, int index) {
+    list->setCurrentIndex(index);
+    check(forms::operate(list));
+}
+
+void Instrument::enterBox(QLineEdit* box, const std::string& text, const std::function<forms::Outcome()>& enter) {
+    // The box would cut a longer text to its length, and take another number.
+    if (static_cast<int>(text.size()) > box->maxLength())
+        throw Refused{{err::kNumericData, "Numeric data error; " + text + " is longer than the box takes (" +
+                                              std::to_string(box->maxLength()) + " characters)"}};
     const QString before = box->text();
-    const size_t messages = target_ ? target_->size() : 0;
     box->setText(QString::fromStdString(text));
-    if (enter)
-        enter();
-    else
-        forms::pressEnter(box);
-    if (target_ && target_->size() > messages) box->setText(before);
+    const forms::Outcome outcome = enter ? enter() : forms::enter(box);
+    if (!outcome) box->setText(before);
+    check(outcome);
 }
 
 // --- The force voltage ------------------------------------------------------------------
@@ -138,12 +139,12 @@ float Instrument::forceLimit(Numeric::Kind kind) {
     if (!range) throw Refused{standardError(err::kExecution)};
     if (kind == Kind::Def) return 0.0f;
     const float limit = kind == Kind::Min ? range->first : range->second;
-    if (!m->forceRefusal(singleText(limit))) return limit;
+    if (m->forceCheck(singleText(limit))) return limit;
     float good = 0.0f, bad = limit;
     while (true) {
         const float middle = good + (bad - good) / 2;
         if (middle == good || middle == bad) return good;
-        (m->forceRefusal(singleText(middle)) ? bad : good) = middle;
+        (m->forceCheck(singleText(middle)) ? good : bad) = middle;
     }
 }
 
@@ -152,14 +153,10 @@ std::string Instrument::voltSet(const Call& call) {
     const Numeric n = numericParam(call);
     const std::string text = n.kind == Kind::Value ? entryNumber(n.value) : singleText(forceLimit(n.kind));
     // The panel sends the range words before it tests the request against its limits; a
-    // remote request is tested first with the panel's own rules, so that a refused one
+    // remote request is tested first by the panel's own check, so that a refused one
     // sends nothing.
-    if (const auto refusal = m->forceRefusal(text)) {
-        if (refusal->message.empty()) return {}; // refused on its code box, and queued so
-        throw Refused{{refusal->outOfRange ? err::kOutOfRange : err::kIllegalValue, refusal->message}};
-    }
-    m->txtV->setText(QString::fromStdString(text));
-    m->txtV_Enter();
+    check(m->forceCheck(text));
+    enterBox(m->txtV, text);
     return {};
 }
 
@@ -224,21 +221,22 @@ std::string Instrument::rangeSet(const Call& call) {
 
 std::string Instrument::rangeAsk(const Call& call) {
     const bool front = call.command.arg == 0;
-    QComboBox* list = listOf(control(call));
     const std::vector<double> fullScales = front ? frontFullScales() : sweepFullScales();
     if (const auto kind = limitAsked(call)) {
         const double def = fullScales[front ? 3 : 0];
         return numberText(pickLimit(*kind, *std::min_element(fullScales.begin(), fullScales.end()),
                                     *std::max_element(fullScales.begin(), fullScales.end()), def));
     }
-    // A list with no item chosen yet runs on its first range.
-    const int index = std::max(list->currentIndex(), 0);
+    // A list with no item chosen yet, or on a panel not loaded, runs on its first range.
+    QWidget* list = shown(call);
+    const int index = list ? std::max(listOf(list)->currentIndex(), 0) : 0;
     return numberText(fullScales[static_cast<size_t>(std::min<int>(index, static_cast<int>(fullScales.size()) - 1))]);
 }
 
 std::string Instrument::rangeName(const Call& call) {
-    QComboBox* list = listOf(control(call));
-    QString name = list->currentText().remove(QChar(0x00B1)).trimmed();
+    QWidget* list = shown(call);
+    QString name = list ? listOf(list)->currentText() : QString::fromUtf8(qz::kSenseRanges[0].item);
+    name = name.remove(QChar(0x00B1)).trimmed();
     name.remove(QStringLiteral(" Current Range"));
     return "\"" + name.trimmed().toStdString() + "\"";
 }
@@ -309,7 +307,7 @@ std::string Instrument::vrefSet(const Call& call) {
     // As the operator's click: the option is chosen, then its handler takes or refuses it.
     enterBox(m->txtVREF, index == 2 ? entryNumber(volts) : m->txtVREF->text().toStdString(), [m, index] {
         m->optRef[static_cast<size_t>(index)]->setChecked(true);
-        m->optRef_Click(index);
+        return m->optRef_Click(index);
     });
     return {};
 }
@@ -340,7 +338,9 @@ std::string Instrument::entrySet(const Call& call) {
 
 std::string Instrument::entryAsk(const Call& call) {
     if (const auto kind = limitAsked(call)) return numberText(entryLimit(call, *kind));
-    return acceptedNumber(static_cast<QLineEdit*>(control(call)));
+    // The box's start text is the row's number.
+    QWidget* box = shown(call);
+    return box ? acceptedNumber(static_cast<QLineEdit*>(box)) : singleText(static_cast<float>(call.command.arg));
 }
 
 // The step box takes whole millivolts; the remote gives volts like the sweep's ends.
@@ -353,7 +353,9 @@ std::string Instrument::stepSet(const Call& call) {
 
 std::string Instrument::stepAsk(const Call& call) {
     if (const auto kind = limitAsked(call)) return numberText(pickLimit(*kind, 0.0, 1.0, 1.0));
-    return acceptedNumber(static_cast<QLineEdit*>(control(call)), 0.001);
+    // The box starts at 1000 mV.
+    QWidget* box = shown(call);
+    return box ? acceptedNumber(static_cast<QLineEdit*>(box), 0.001) : singleText(1.0f);
 }
 
 // --- Lists and check boxes --------------------------------------------------------------
@@ -375,7 +377,8 @@ std::string Instrument::listAsk(const Call& call) { return std::to_string(itemIn
 
 // A list's item, or while it shows its start text, the item its shadow word holds.
 int Instrument::itemInForce(const Call& call) {
-    const int index = listOf(control(call))->currentIndex();
+    QWidget* list = shown(call);
+    const int index = list ? listOf(list)->currentIndex() : -1;
     if (index >= 0) return index;
     const qz::ControlOps* ops = qz::findControl(call.command.control);
     return ops ? qz::itemInWord(qz::shadowWord(session_.general, ops->shadow), *ops) : -1;
@@ -428,7 +431,8 @@ std::string Instrument::choiceSet(const Call& call) {
 
 std::string Instrument::choiceAsk(const Call& call) {
     const std::span<const char* const> words = call.command.words;
-    const int index = std::clamp(listOf(control(call))->currentIndex(), 0, static_cast<int>(words.size()) - 1);
+    QWidget* list = shown(call);
+    const int index = std::clamp(list ? listOf(list)->currentIndex() : 0, 0, static_cast<int>(words.size()) - 1);
     return shortForm(words[static_cast<size_t>(index)]);
 }
 
@@ -437,25 +441,42 @@ std::string Instrument::checkSet(const Call& call) {
     const auto on = parseBoolean(call.params[0]);
     if (!box || !on) throw Refused{standardError(err::kIllegalValue)};
     // A click changes the state, so a box already in the state asked for takes no click.
-    forms::setChecked(box, *on);
+    if (box->isChecked() == *on) return {};
+    box->setChecked(*on);
+    check(forms::operate(box));
     return {};
 }
 
 std::string Instrument::checkAsk(const Call& call) {
+    if (!shown(call)) return itemInForce(call) == 1 ? "1" : "0";
     auto* box = qobject_cast<QAbstractButton*>(control(call));
     return box && box->isChecked() ? "1" : "0";
 }
 
 // --- Readings ---------------------------------------------------------------------------
 
+void Instrument::restoreItem(QComboBox* list, int before) {
+    if (before < 0) {
+        const qz::ControlOps* ops = qz::findControl(list->objectName().toStdString());
+        before = ops ? qz::itemInWord(qz::shadowWord(session_.general, ops->shadow), *ops) : -1;
+    }
+    if (before >= 0 && before != list->currentIndex()) pick(list, before);
+}
+
 // One reading of MEASOUT set to item of cboMEASURE, scaled as the measurement panel
 // scales its runs: MEASOUT gain 0.2, the OFFSET and the current-sense gain read back.
+// The source and the gain go back to what they were, each by its own word when it
+// changed.
 double Instrument::reading(int measureItem, bool amps) {
     frmMain* m = front();
-    if (m->MEASOUTG->currentIndex() != 0) forms::setListIndex(m->MEASOUTG, 0);
+    const int gainBefore = m->MEASOUTG->currentIndex();
+    const int sourceBefore = m->cboMEASURE->currentIndex();
+    if (gainBefore != 0) pick(m->MEASOUTG, 0);
     const qz::Prepared prepared = qz::PrepareMeasure(session_);
     pick(m->cboMEASURE, measureItem);
     const int32_t code = qz::ReadADCCode(session_);
+    restoreItem(m->cboMEASURE, sourceBefore);
+    restoreItem(m->MEASOUTG, gainBefore);
     const qz::General& g = session_.general;
     qz::Scaling s;
     s.VREF = g.VREF;
@@ -469,11 +490,9 @@ std::string Instrument::measVolt(const Call&) { return numberText(reading(2, fal
 std::string Instrument::measCurr(const Call&) { return numberText(reading(1, true)); }
 
 std::string Instrument::measTemp(const Call&) {
-    frmDIAG* d = diag();
-    d->cmdReadI2C_Click();
-    const std::string t = d->txtLocal->text().toStdString();
-    if (!parseNumber(t)) throw Refused{{err::kHardware, "Hardware error; the temperature sensor does not answer"}};
-    return t;
+    const std::optional<int32_t> t = diag()->readTemperature();
+    if (!t) throw Refused{{err::kHardware, "Hardware error; the temperature sensor does not answer"}};
+    return std::to_string(*t);
 }
 
 // --- The diagnostics panel's nodes ------------------------------------------------------
@@ -496,7 +515,8 @@ std::string Instrument::nodeSet(const Call& call) {
 }
 
 std::string Instrument::nodeAsk(const Call& call) {
-    frmDIAG* d = diag();
+    auto* d = static_cast<frmDIAG*>(nav_.loaded(forms::Form::frmDIAG));
+    if (!d) return std::to_string(frmDIAG::kStartNode);
     const auto& options = call.command.arg == 1 ? d->optDIAGB : d->optDIAGA;
     for (size_t i = 0; i < options.size(); ++i)
         if (options[i] && options[i]->isChecked()) return std::to_string(i);

@@ -29,7 +29,7 @@ class Remote : public qztest::ConsoleFixture {
     void SetUp() override {
         ConsoleFixture::SetUp();
         in = std::make_unique<Instrument>(*h.session, h.nav,
-                                          Instrument::Config{"9.8.7", h.session->usb.messageBox, [this] { ++exits; },
+                                          Instrument::Config{"9.8.7", [this] { ++exits; },
                                                              [this] { reset(); }});
         ex = std::make_unique<Exchange>(*in);
     }
