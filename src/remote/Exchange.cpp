@@ -14,6 +14,10 @@ void Exchange::addLine(std::string_view line) {
     std::vector<MessageUnit> units = parseMessage(line);
     for (size_t i = 0; i < units.size(); ++i) {
         Pending p{std::move(units[i].parsed), i + 1 == units.size()};
+        if (p.last) {
+            p.bytes = line.size();
+            queuedBytes_ += p.bytes;
+        }
         // Behind a unit that waits, a stop or a clear cannot wait too: it would hold the
         // very run it is meant to end.
         if (waiting_ && p.unit.unit && in_.actsAtOnce(*p.unit.unit)) {
@@ -50,6 +54,7 @@ std::string Exchange::run() {
         waiting_ = false;
         // The queue may have been cleared meanwhile (a device clear from another connection).
         if (queue_.empty()) break;
+        queuedBytes_ -= queue_.front().bytes;
         queue_.pop_front();
         if (p.unit.query) fields_.push_back(std::move(answer));
         if (failed && !p.skip && !p.last)
@@ -76,6 +81,7 @@ void Exchange::clear() {
     queue_.clear();
     fields_.clear();
     output_.clear();
+    queuedBytes_ = 0;
     waiting_ = false;
 }
 

@@ -29,18 +29,22 @@ class Exchange {
     bool waiting() const { return waiting_; }
     // The device clear: the units not yet run and the answers not yet given are dropped.
     void clear();
+    // The bytes of the lines whose units have not all run yet (behind a unit that waits).
+    size_t queuedBytes() const { return queuedBytes_; }
 
   private:
     struct Pending {
         Parsed unit;
         bool last = false; // the last unit of its line
         bool skip = false; // done already, or after an error of its line
+        size_t bytes = 0;  // on a line's last unit: the line's length
     };
 
     Instrument& in_;
     std::deque<Pending> queue_;
     std::vector<std::string> fields_; // the answers of the line in hand
     std::string output_;
+    size_t queuedBytes_ = 0;
     bool waiting_ = false;
     bool busy_ = false;
 };

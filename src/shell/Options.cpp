@@ -1,5 +1,7 @@
 #include "shell/Options.h"
 
+#include "remote/Server.h"
+
 #include <QCommandLineParser>
 #include <QHostAddress>
 #include <QStringList>
@@ -25,6 +27,7 @@ constexpr OptionRow kOptionRows[] = {
     {"list-boards", "", "print the boards the search finds, one a line, and end"},
     {"remote", "PORT", "serve remote commands on the TCP port (5025 by default)", true},
     {"listen", "ADDRESS", "the address the remote control listens on (127.0.0.1)"},
+    {"allow", "ADDRESS[/PREFIX]", "let that host or subnet connect to the remote control (repeatable)"},
     {"headless", "", "no window: serve until SYST:EXIT, SIGINT or SIGTERM"},
     {"help", "", "show the options"},
 };
@@ -112,6 +115,20 @@ Options parseOptions(const std::vector<std::string>& given) {
                 o.error = "--listen needs an IP address, for example 0.0.0.0";
             if (o.error.empty() && o.remotePort < 0) o.error = "--listen goes with --remote";
         }
+        for (const QString& text : parser.values(QStringLiteral("allow"))) {
+            if (o.error.empty() && !remote::parseAllowed(text))
+                o.error = "--allow needs an IP address, or one with a prefix length such as 192.168.1.0/24 "
+                          "or fd00::/64, not " + text.toStdString();
+            o.allow.push_back(text.toStdString());
+        }
+        if (o.error.empty() && !o.allow.empty() && o.remotePort < 0) o.error = "--allow goes with --remote";
+        // Whoever reaches the port drives the board: no other host does unless named.
+        if (o.error.empty() && o.remotePort >= 0 && o.allow.empty() &&
+            !QHostAddress(QString::fromStdString(o.listenAddress)).isLoopback())
+            o.error = "--listen " + o.listenAddress +
+                      " would let other machines connect, and whoever connects drives the board (every "
+                      "register write, the runs, SYST:EXIT) with no password; name the hosts that may "
+                      "with --allow ADDRESS[/PREFIX], or keep 127.0.0.1 and reach it through an SSH tunnel";
     }
     return o;
 }
@@ -122,7 +139,10 @@ std::string usageText() {
     for (const OptionRow& row : kOptionRows) {
         const std::string flag = flagOf(row);
         synopsis += " [" + flag + "]";
-        lines += "  " + flag + std::string(kFlagColumn - std::min(flag.size(), kFlagColumn - 1), ' ') + row.help + "\n";
+        // A flag too long for its column has its help on the next line.
+        const std::string gap = flag.size() < kFlagColumn ? std::string(kFlagColumn - flag.size(), ' ')
+                                                          : "\n" + std::string(kFlagColumn + 2, ' ');
+        lines += "  " + flag + gap + row.help + "\n";
     }
     return synopsis + "\n" + lines +
            "\n"
@@ -130,7 +150,8 @@ std::string usageText() {
            "Without --simulate the program looks for the board on USB (vendor 0x0456,\n"
            "product 0xB21F) and loads QZ7740SPI.hex from its own directory into it.\n"
            "With --remote it prints \"listening on ADDRESS:PORT\" once it serves (--remote 0\n"
-           "takes a free port); the commands are in the README.\n";
+           "takes a free port); the commands are in the README. Whoever connects drives the\n"
+           "board without a password: listening on any address but loopback needs --allow.\n";
 }
 
 std::string displayProblem() {

@@ -1,6 +1,7 @@
 #pragma once
 // The command line: the board (--simulate, --board N, --list-boards), the trace, the
-// remote control (--remote [PORT], --listen ADDRESS, --headless) and --help.
+// remote control (--remote [PORT], --listen ADDRESS, --allow ADDRESS[/PREFIX], --headless)
+// and --help.
 
 #include <string>
 #include <vector>
@@ -13,6 +14,9 @@ struct Options {
     std::string tracePath;
     int remotePort = -1;                     // -1: no remote control
     std::string listenAddress = "127.0.0.1"; // loopback unless asked otherwise
+    // The hosts and subnets besides loopback that may connect, as given; listening on
+    // any address but loopback needs one.
+    std::vector<std::string> allow;
     bool headless = false;                   // no window: Qt's offscreen platform
     int board = 1;                           // the N-th board the search finds
     bool listBoards = false;

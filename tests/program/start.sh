@@ -14,6 +14,11 @@ grep -q -- "--simulate" "$dir/help" || fail "--help does not name --simulate"
 "$program" --no-such-option >/dev/null 2>&1
 [ $? -eq 2 ] || fail "an unknown option does not exit with 2"
 
+# Beyond loopback without --allow: refused, saying why, before anything listens.
+timeout 30 "$program" --simulate --remote 0 --listen 0.0.0.0 >/dev/null 2>"$dir/open"
+[ $? -eq 2 ] && grep -q '^qz7740: --listen 0.0.0.0 would let other machines connect' "$dir/open" ||
+  fail "--listen 0.0.0.0 without --allow: $(head -c 300 "$dir/open")"
+
 # The program runs until it is closed: once its trace holds the start sequence (or a
 # minute has gone, however busy the machine), it is stopped.
 "$program" --simulate --trace "$dir/t.log" >/dev/null 2>"$dir/err" &

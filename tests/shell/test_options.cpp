@@ -35,7 +35,7 @@ TEST(Options, RemoteListenHeadlessAndTheBoard) {
     EXPECT_EQ(o.listenAddress, "127.0.0.1");
     EXPECT_EQ(o.board, 1);
     EXPECT_EQ(parseOptions({"--remote", "--simulate"}).remotePort, 5025);
-    o = parseOptions({"--remote", "0", "--headless", "--listen", "0.0.0.0", "--board", "2"});
+    o = parseOptions({"--remote", "0", "--headless", "--listen", "0.0.0.0", "--allow", "10.1.0.0/16", "--board", "2"});
     EXPECT_TRUE(o.error.empty()) << o.error;
     EXPECT_EQ(o.remotePort, 0);
     EXPECT_TRUE(o.headless);
@@ -49,16 +49,30 @@ TEST(Options, RemoteListenHeadlessAndTheBoard) {
         EXPECT_FALSE(parseOptions(args).error.empty()) << args.front() << " " << args.back();
 }
 
+TEST(Options, AnyAddressButLoopbackNeedsAllow) {
+    EXPECT_EQ(parseOptions({"--remote", "--listen", "::1"}).error, "");
+    const std::string why = parseOptions({"--remote", "--listen", "0.0.0.0"}).error;
+    EXPECT_EQ(why.rfind("--listen 0.0.0.0 would let other machines connect", 0), 0u) << why;
+    EXPECT_NE(why.find("--allow ADDRESS[/PREFIX]"), std::string::npos) << why;
+    const qz::Options o = parseOptions({"--remote", "--listen", "::", "--allow", "192.168.1.0/24", "--allow=fd00::/64"});
+    EXPECT_EQ(o.allow, (std::vector<std::string>{"192.168.1.0/24", "fd00::/64"})) << o.error;
+    for (const char* bad : {"lab-pc", "10.0.0.1/33", "192.168.1"})
+        EXPECT_EQ(parseOptions({"--remote", "--allow", bad}).error.rfind("--allow needs an IP address", 0), 0u) << bad;
+    EXPECT_EQ(parseOptions({"--allow", "10.0.0.1"}).error, "--allow goes with --remote");
+}
+
 TEST(Options, TheUsageTextShowsTheLinesOfTheReadme) {
     const std::string readme =
         "qz7740 [--simulate] [--trace FILE] [--board N] [--list-boards] [--remote [PORT]] "
-        "[--listen ADDRESS] [--headless] [--help]\n"
+        "[--listen ADDRESS] [--allow ADDRESS[/PREFIX]] [--headless] [--help]\n"
         "  --simulate        run on the virtual board instead of a board on USB\n"
         "  --trace FILE      write every call to the board to FILE, one line each\n"
         "  --board N         use the N-th board the search finds (1, the first, by default)\n"
         "  --list-boards     print the boards the search finds, one a line, and end\n"
         "  --remote [PORT]   serve remote commands on the TCP port (5025 by default)\n"
         "  --listen ADDRESS  the address the remote control listens on (127.0.0.1)\n"
+        "  --allow ADDRESS[/PREFIX]\n"
+        "                    let that host or subnet connect to the remote control (repeatable)\n"
         "  --headless        no window: serve until SYST:EXIT, SIGINT or SIGTERM\n"
         "  --help            show the options\n";
     EXPECT_EQ(qz::usageText().substr(0, readme.size()), readme);
