@@ -369,6 +369,18 @@ class QZ7740(*_BASES):
             raise QZ7740Error([], "DCL answered %r" % answer)
         self.adapter.connection.clear()
 
+    def go_local(self):
+        """Hands the panels back to the operator until the next command."""
+        self.write("SYST:LOC")
+
+    def go_remote(self):
+        """Locks the panels for the operator, their Local key left free."""
+        self.write("SYST:REM")
+
+    def lock_out(self):
+        """Locks the panels and their Local key, until go_local() or the end of the connection."""
+        self.write("SYST:RWL")
+
     def exit_program(self):
         """Ends the program serving the board (its remote control ends with it)."""
         self.write("SYST:EXIT")

@@ -1,6 +1,7 @@
 #pragma once
 // A panel of the program: a window with a menu bar and a status bar that shows the link
-// to the board. Its title says when the board is the virtual one.
+// to the board and, while a client has the program, "REMOTE" with its address and the
+// Local key. Its title says when the board is the virtual one.
 
 #include "forms/Navigator.h"
 #include "registers/Session.h"
@@ -35,6 +36,10 @@ public:
     const Form form;
 
 private:
+    void showRemote();
+
+    QLabel* remote_;
+    QPushButton* local_;
     QLabel* link_;
     QPushButton* reconnect_;
 };

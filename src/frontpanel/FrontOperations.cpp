@@ -10,6 +10,7 @@
 #include "forms/Controls.h"
 #include "forms/Entry.h"
 #include "forms/Lamp.h"
+#include "forms/RemoteLocal.h"
 #include "forms/MessageBox.h"
 #include "forms/Reference.h"
 #include "forms/TabControl.h"
@@ -61,9 +62,12 @@ void frmMain::wire() {
     const std::pair<QPushButton*, Form> ways[] = {
         {Command1, Form::frmMeasure}, {Command2, Form::frmDIAG}, {Command3, Form::frmCompensation}};
     for (const auto& [button, form] : ways) {
+        // Going to another panel changes no setting: the operator may do it while remote.
+        forms::keepLocal(button);
         button->setEnabled(nav.has(form));
         connect(button, &QPushButton::clicked, this, [this, f = form] { nav.show(f); });
     }
+    forms::keepLocal(Command6);
     wireCompensation();
 }
 

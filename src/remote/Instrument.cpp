@@ -5,6 +5,7 @@
 
 #include "diagnostics/frmDIAG.h"
 #include "forms/MessageBox.h"
+#include "forms/RemoteLocal.h"
 #include "frontpanel/frmMain.h"
 #include "levels/Messages.h"
 #include "levels/Numbers.h"
@@ -284,6 +285,21 @@ std::string Instrument::systVersion(const Call&) { return "1999.0"; }
 std::string Instrument::systExit(const Call&) {
     abort();
     if (config_.exit) config_.exit();
+    return {};
+}
+
+std::string Instrument::systLocal(const Call&) {
+    forms::remoteLocal().goLocal();
+    return {};
+}
+
+std::string Instrument::systRemote(const Call&) {
+    forms::remoteLocal().goRemote();
+    return {};
+}
+
+std::string Instrument::systLockout(const Call&) {
+    forms::remoteLocal().lockout();
     return {};
 }
 

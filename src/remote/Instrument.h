@@ -108,6 +108,9 @@ class Instrument : public QObject {
     std::string systErrCount(const Call&);
     std::string systVersion(const Call&);
     std::string systExit(const Call&);
+    std::string systLocal(const Call&);
+    std::string systRemote(const Call&);
+    std::string systLockout(const Call&);
     std::string lanControl(const Call&);
     std::string operEvent(const Call&);
     std::string operCondition(const Call&);
@@ -205,9 +208,9 @@ class Instrument : public QObject {
     // The full scale of each range of the front panel's and the measurement panel's lists.
     std::vector<double> frontFullScales();
     std::vector<double> sweepFullScales() const;
-    // A front panel list back at the item it showed (its shadow word's item while it
-    // showed its start text), by its operation when that is not the item it shows now.
-    void restoreItem(QComboBox* list, int before);
+    // The item of a front panel list: the one it shows, or while it shows its start text,
+    // the one its shadow word holds.
+    int frontItem(const QComboBox* list);
     void pickRange(QWidget* list, const std::vector<double>& fullScales, const Call& call, int defaultIndex);
 
     qz::Session& session_;

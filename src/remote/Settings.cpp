@@ -37,8 +37,17 @@ using Refused = Instrument::Refused;
 using Kind = Numeric::Kind;
 
 // A number as it goes into a panel's box: plain decimals, up to 7 significant digits,
-// no exponent, which every box of the panels reads.
+// no exponent, which every box of the panels reads. A number the box cannot hold in
+// those (smaller than its last decimal) is refused rather than cut to another.
+std::string boxText(double v);
 std::string entryNumber(double v) {
+    std::string text = boxText(v);
+    const double back = std::strtod(text.c_str(), nullptr);
+    if (std::fabs(back - v) > std::fabs(v) * 1e-6)
+        throw Refused{{err::kNumericData, "Numeric data error; " + numberText(v) + " has more digits than the box takes"}};
+    return text;
+}
+std::string boxText(double v) {
     if (v == 0.0 || !std::isfinite(v)) return "0";
     const int exponent = static_cast<int>(std::floor(std::log10(std::fabs(v))));
     const int decimals = std::clamp(6 - exponent, 0, 20);
@@ -455,12 +464,10 @@ std::string Instrument::checkAsk(const Call& call) {
 
 // --- Readings ---------------------------------------------------------------------------
 
-void Instrument::restoreItem(QComboBox* list, int before) {
-    if (before < 0) {
-        const qz::ControlOps* ops = qz::findControl(list->objectName().toStdString());
-        before = ops ? qz::itemInWord(qz::shadowWord(session_.general, ops->shadow), *ops) : -1;
-    }
-    if (before >= 0 && before != list->currentIndex()) pick(list, before);
+int Instrument::frontItem(const QComboBox* list) {
+    if (list->currentIndex() >= 0) return list->currentIndex();
+    const qz::ControlOps* ops = qz::findControl(list->objectName().toStdString());
+    return ops ? qz::itemInWord(qz::shadowWord(session_.general, ops->shadow), *ops) : -1;
 }
 
 // One reading of MEASOUT set to item of cboMEASURE, scaled as the measurement panel
@@ -469,14 +476,14 @@ void Instrument::restoreItem(QComboBox* list, int before) {
 // changed.
 double Instrument::reading(int measureItem, bool amps) {
     frmMain* m = front();
-    const int gainBefore = m->MEASOUTG->currentIndex();
-    const int sourceBefore = m->cboMEASURE->currentIndex();
-    if (gainBefore != 0) pick(m->MEASOUTG, 0);
+    const int gainBefore = frontItem(m->MEASOUTG);
+    const int sourceBefore = frontItem(m->cboMEASURE);
+    if (m->MEASOUTG->currentIndex() != 0) pick(m->MEASOUTG, 0);
     const qz::Prepared prepared = qz::PrepareMeasure(session_);
     pick(m->cboMEASURE, measureItem);
     const int32_t code = qz::ReadADCCode(session_);
-    restoreItem(m->cboMEASURE, sourceBefore);
-    restoreItem(m->MEASOUTG, gainBefore);
+    if (sourceBefore >= 0 && sourceBefore != measureItem) pick(m->cboMEASURE, sourceBefore);
+    if (gainBefore > 0) pick(m->MEASOUTG, gainBefore);
     const qz::General& g = session_.general;
     qz::Scaling s;
     s.VREF = g.VREF;

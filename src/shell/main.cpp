@@ -7,6 +7,7 @@
 #include "registers/Session.h"
 #include "shell/Options.h"
 #include "shell/Panels.h"
+#include "remote/Attach.h"
 #include "remote/Instrument.h"
 #include "remote/Server.h"
 
@@ -89,12 +90,10 @@ int main(int argc, char** argv) {
     session.usb.messageBox = forms::message;
     session.usb.boardIndex = options.board - 1;
     // Without a window nobody could close a box: its text goes to standard error instead.
-    qz::MessageSink normalSink;
     if (options.headless) {
-        normalSink = [](const std::string& title, const std::string& text, qz::MsgIcon) {
+        forms::setMessageSink([](const std::string& title, const std::string& text, qz::MsgIcon) {
             std::cerr << "qz7740: " << title << ": " << text << std::endl;
-        };
-        forms::setMessageSink(normalSink);
+        });
     }
 
     forms::Navigator nav;
@@ -107,10 +106,16 @@ int main(int argc, char** argv) {
     if (options.remotePort >= 0) {
         instrument = std::make_unique<qz::remote::Instrument>(
             session, nav,
-            qz::remote::Instrument::Config{QCoreApplication::applicationVersion().toStdString(), normalSink,
+            qz::remote::Instrument::Config{QCoreApplication::applicationVersion().toStdString(),
                                            [] { QCoreApplication::quit(); },
                                            [&] { qz::resetProgram(nav, session, console); }});
         server = std::make_unique<qz::remote::Server>(*instrument);
+        // parseOptions has checked every --allow already.
+        std::vector<qz::remote::Subnet> allowed;
+        for (const std::string& text : options.allow)
+            if (const auto subnet = qz::remote::parseAllowed(QString::fromStdString(text))) allowed.push_back(*subnet);
+        server->setAllowed(std::move(allowed));
+        qz::remote::attachPanels(*server);
         const QHostAddress address(QString::fromStdString(options.listenAddress));
         if (!server->listen(address, static_cast<quint16>(options.remotePort), error)) {
             std::cerr << "qz7740: cannot listen on " << options.listenAddress << ":" << options.remotePort

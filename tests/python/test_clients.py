@@ -1,12 +1,6 @@
-"""The program serving the virtual board, driven by real Python clients.
-
-Starts ``qz7740 --headless --simulate --remote 0``, reads the port from its first line,
-runs the five-voltage example through plain PyVISA and through the pymeasure class, then
-checks the remote control through both: program messages of several units, the error
-queue, amperes of ranges and clamps, MIN/MAX, the data formats of a sweep, the waits and
-the device clear, and that every attribute the command table names sends its header. It
-ends the program with SYST:EXIT and expects exit code 0. Whatever fails, the program is
-not left running.
+"""The program serving the virtual board (``qz7740 --headless --simulate --remote 0``),
+driven by real Python clients: the example, plain PyVISA and the pymeasure class, then
+SYST:EXIT with exit code 0. Whatever fails, the program is not left running.
 
 usage: test_clients.py PROGRAM [--version X.Y.Z]
 """
@@ -31,13 +25,8 @@ sys.path.insert(0, PYTHON_DIR)
 # The virtual board's readings carry a little noise and the ADC's step; a reading this far
 # from the forced voltage means the force or the scaling went wrong.
 VOLTAGE_TOLERANCE = 0.05
-CLAMP_OUTSIDE_TEXT = ("Requested clamp level outside of Irange. Please reenter current suited "
-                      "to the Irange.")
-# At VREF 5 and OFFSET 32768 the force range is 25.625 V wide and centred on 0 V: its low
-# end is -12.8125 V, its high end one code (25.625 / 65536 V) below 12.8125 V, 12.8121090 V
-# in single precision, answered in seven digits towards the inside, so that the answer
-# itself is a value the program takes.
-VOLT_MIN, VOLT_MAX = "-12.8125", "12.812108"
+# At VREF 5 and OFFSET 32768 the force range's low end is -12.8125 V.
+VOLT_MIN = "-12.8125"
 # A sweep of 0 to 1 V in steps of 50 mV: 21 points, the forced volts on codes of 0.39 mV.
 SWEEP_POINTS = 21
 SWEEP_FORCED = [k * 0.05 for k in range(SWEEP_POINTS)]
@@ -136,12 +125,6 @@ def same_values(ascii_values, real64, real32, what):
           "%s: ASCII, REAL,32 and REAL,64 give the same %d values" % (what, len(ascii_values)))
 
 
-def device_clear(port):
-    with socket.create_connection(("127.0.0.1", port), timeout=10) as s:
-        s.sendall(b"DCL\n")
-        return s.makefile("rb").readline()
-
-
 def through_pyvisa(port, version):
     import pyvisa
     from qz7740 import no_delay
@@ -153,48 +136,11 @@ def through_pyvisa(port, version):
     q = board.query
     try:
         check_identity(q("*IDN?"), version)
-        control = int(q("SYST:COMM:LAN:CONT?"))
-        check(q("FETC:SWE?") == "" and q("SYST:ERR?").startswith('-230,"Data corrupt or stale'),
-              "FETC:SWE? before any sweep answers an empty line and queues -230")
 
-        # A program message: relative headers take the path of the one before, '*' commands
-        # leave it alone, and all the answers come back in one line.
-        answer = q("VOLT 1.5;:CURR:RANG 2mA;:CLAM:HIGH 1mA;LOW -1.5mA;*CLS;STAT ON;"
-                   ":source1:voltage:level?;:CURR:RANG?;RANG:NAME?;:CLAM:HIGH?;LOW?;STAT?")
-        check(answer == '1.5;0.0025;"2.5mA";0.001;-0.0015;1',
-              "twelve units in one line, one answer line: %r" % answer)
-        check(q("CLAM:HIGH?;CLAM:HIGH?") == "0.001;" and q("SOUR2:VOLT?") == "",
-              "a repeated relative header and suffix 2 answer empty fields")
-        errors = [q("SYST:ERR?") for _ in range(3)]
-        check([e.split(",")[0] for e in errors] == ["-113", "-114", "0"],
-              "they queue -113 (CLAM:CLAM:HIGH) and -114: %r" % errors)
-
-        # An error stops the rest of its line; each query keeps its (empty) field.
-        check(q("VOLT 2;:CLAM:HIGH 1;:VOLT 3;:VOLT?;:SYST:ERR:COUN?") == ";",
-              "a refused unit skips the rest of its line, its queries answer empty fields")
-        check(q("VOLT?;:CLAM:HIGH?;:SYST:ERR?;:SYST:ERR?") ==
-              '2;0.001;-222,"%s";0,"No error"' % CLAMP_OUTSIDE_TEXT,
-              "the units before it ran, the refused clamp and those after did not")
-
-        # MIN and MAX: the worked limits of VREF 5 and OFFSET 32768, and the clamps' limit
-        # of the range in amperes.
-        check(q("VOLT? MIN;:VOLT? MAX") == "%s;%s" % (VOLT_MIN, VOLT_MAX), "VOLT? MIN and MAX")
-        check(q("VOLT MIN;:VOLT?") == VOLT_MIN, "VOLT MIN forces the low end")
-        answer, error = q("VOLT MAX;:VOLT?"), q("SYST:ERR?")
-        check(answer == VOLT_MAX and error == '0,"No error"',
-              "VOLT MAX forces the high end: %r, %r" % (answer, error))
-        check(q("CLAM:HIGH? MAX;LOW? MIN;:CURR:RANG? MIN") == "0.0032;-0.0032;5E-06",
-              "the clamps' limits of the 2.5 mA range and the smallest range's full scale")
-
-        # The clamp's code holds across a range change: its amperes follow the sense
-        # resistor, ten times larger on the 25 mA range, ten times smaller on 250 uA.
-        check(q("CURR:RANG 0.02;:CURR:RANG?;RANG:NAME?;:CLAM:HIGH?;LOW?;HIGH? MAX") ==
-              '0.025;"25mA";0.01;-0.015;0.032', "20 mA chooses the 25 mA range; clamps x10")
-        check(q('CURR:RANG "250uA";:CURR:RANG?;:CLAM:HIGH?;LOW?') == "0.00025;0.0001;-0.00015",
-              "a quoted name chooses 250 uA; clamps a hundredth of those")
-        check(q("CLAM:HIGH 1E-3;:CLAM:HIGH?") == "" and
-              q("SYST:ERR?;:CLAM:HIGH?") == '-222,"%s";0.0001' % CLAMP_OUTSIDE_TEXT,
-              "1 mA is refused on 250 uA and changes nothing")
+        # The compound messages, refusals, limits and ranges are the C++ tests' to check;
+        # here PyVISA reads one line back for a line of several units.
+        check(q("VOLT 1.5;:CURR:RANG 2mA;:VOLT?;:CURR:RANG?") == "1.5;0.0025",
+              "four units in one line, one answer line")
 
         # A sweep, its data in every format and byte order.
         check(q("CURR:RANG 2.5MA;:SWE:STAR 0;STOP 1;STEP 50MV;DEL 0;SDEL 0;RANG 2.5mA;"
@@ -217,21 +163,6 @@ def through_pyvisa(port, version):
         same_values(readings, blocks[64, "NORM"], blocks[32, "NORM"], "FETC:SWE?")
         check(q("FORM ASC;:FORM?;*IDN?").startswith("ASC,0;QZ7740,"),
               "each block ends where its length says: the next answer is whole")
-
-        # *OPC? on a slow sweep (0.5 s a point) that outlasts the client's time-out would
-        # answer late; the device clear drops it and stops the sweep this client started.
-        board.write("SWE:DEL 0.5;:INIT:SWE")
-        board.timeout = 300
-        timed_out = raises(pyvisa.errors.VisaIOError, lambda: q("*OPC?"))
-        board.timeout = 10000
-        check(timed_out is not None and timed_out.error_code == pyvisa.constants.VI_ERROR_TMO,
-              "*OPC? times out on the client while the sweep goes on")
-        check(device_clear(control) == b"DCL\n", "DCL on the control connection answers DCL")
-        identity = q("*IDN?")
-        check(identity.startswith("QZ7740,"), "the next query gets its own answer: %r" % identity)
-        check(q("*OPC?;:STAT:OPER:COND?;:SWE:DEL 0") == "1;0", "the sweep has ended")
-        check(len(board.query_ascii_values("FETC:SWE?")) < SWEEP_POINTS,
-              "the device clear stopped it: it kept its first points only")
     finally:
         board.close()
         rm.close()
@@ -261,9 +192,6 @@ def through_pymeasure(port, version):
         board.reset()
         check(board.source_voltage is None and board.clamp_high is None,
               "after *RST the voltage and the clamps read None: not set yet")
-        for state in (False, True):
-            board.output_enabled = state
-            check(board.output_enabled is state, "output_enabled reads back %s" % state)
         board.source_voltage = 2.5
         check(board.source_voltage == 2.5 and abs(board.voltage - 2.5) < VOLTAGE_TOLERANCE,
               "source_voltage 2.5 reads back and measures near 2.5 V")
@@ -287,16 +215,9 @@ def through_pymeasure(port, version):
         board.sweep_start = -12.4
         check(board.sweep_start == -12.4, "a start of -12.4 V, -12 whole volts, is taken as it is")
 
-        # Amperes across a range change, and MIN/MAX through the class.
-        board.current_range = 2e-3
-        board.clamp_high, board.clamp_low = 1e-3, -1.5e-3
-        check((board.current_range, board.current_range_name, board.clamp_high, board.clamp_low)
-              == (0.0025, "2.5mA", 0.001, -0.0015), "2 mA: the 2.5 mA range, clamps in amperes")
+        # MIN/MAX through the class, in amperes: 20 mA chooses the 25 mA range.
         board.current_range = 0.02
-        check((board.current_range, board.current_range_name, board.clamp_high, board.clamp_low)
-              == (0.025, "25mA", 0.01, -0.015), "20 mA: the 25 mA range, the clamps' code kept")
-        check(raises(ValueError, lambda: setattr(board, "clamp_high", 0.05)) is not None,
-              "clamp_high above the range's limit raises ValueError")
+        check(board.current_range_name == "25mA", "20 mA chooses the 25 mA range")
         board.clamp_high, board.source_voltage = "MAX", "MIN"
         check((board.clamp_high, board.limits("CLAM:HIGH"), board.source_voltage)
               == (0.032, (0.0, 0.032), float(VOLT_MIN)), "MAX and MIN set the limits")
@@ -309,16 +230,12 @@ def through_pymeasure(port, version):
         board.init_sweep()
         check(board.wait_for_completion(timeout=30), "wait_for_completion after the sweep")
         fetched = {}
-        for data_format in ("ASC", "REAL,32", "REAL,64"):
-            for order in ("NORM", "SWAP"):
-                board.data_format, board.byte_order = data_format, order
-                check((board.data_format, board.byte_order) == (data_format, order),
-                      "data format %s, byte order %s read back" % (data_format, order))
-                fetched[data_format, order] = board.fetch_sweep()
-        check(all(fetched[f, "NORM"] == fetched[f, "SWAP"] for f in ("REAL,32", "REAL,64")),
-              "fetch_sweep reads both byte orders alike")
-        same_values(fetched["ASC", "NORM"], fetched["REAL,64", "NORM"], fetched["REAL,32", "NORM"],
-                    "fetch_sweep")
+        for data_format, order in (("ASC", "NORM"), ("REAL,64", "SWAP"), ("REAL,32", "NORM")):
+            board.data_format, board.byte_order = data_format, order
+            check((board.data_format, board.byte_order) == (data_format, order),
+                  "data format %s, byte order %s read back" % (data_format, order))
+            fetched[data_format] = board.fetch_sweep()
+        same_values(fetched["ASC"], fetched["REAL,64"], fetched["REAL,32"], "fetch_sweep")
         check(len(board.fetch_sweep_forced()) == SWEEP_POINTS, "fetch_sweep_forced: 21 points")
         board.time_voltage = 1.5
         board.init_time_run()

@@ -5,6 +5,8 @@
 // program to its start, and ten thousand random lines leave it standing.
 
 #include "diagnostics/frmDIAG.h"
+#include "forms/Controls.h"
+#include "forms/Entry.h"
 #include "measure/frmMeasure.h"
 #include "remote/Exchange.h"
 #include "shell/Start.h"
@@ -270,7 +272,22 @@ TEST_F(Remote, TenThousandRandomLinesSendOnlyWhatAcceptedCommandsAskFor) {
         }
         return u + " " + params[pickOne(std::size(params))];
     };
+    // The panels open, and the operator's hand between the lines: an entry or a pick.
+    h.nav.load(forms::Form::frmMeasure);
+    h.nav.load(forms::Form::frmDIAG);
+    QWidget* targets[] = {m->txtV, m->txtclamph, m->OFFSETx1, m->cboCurrent, m->cboMEASURE, m->IMEASG, m->chkGPO};
+    auto operatorAction = [&] {
+        QWidget* w = targets[pickOne(std::size(targets))];
+        if (auto* box = qobject_cast<QLineEdit*>(w)) box->setText(QString::fromLatin1(params[pickOne(std::size(params))]));
+        if (auto* list = qobject_cast<QComboBox*>(w)) list->setCurrentIndex(pickOne(list->count()));
+        if (auto* box = qobject_cast<QCheckBox*>(w)) box->setChecked(!box->isChecked());
+        if (auto* box = qobject_cast<QLineEdit*>(w)) forms::pressEnter(box);
+        else forms::click(w);
+        sent();
+    };
     for (int i = 0; i < 10000; ++i) {
+        if (i % 7 == 0) operatorAction();
+        const size_t shown = h.boxes.size();
         std::string line = unit();
         for (int more = pickOne(3); more > 0; --more) line += ";" + unit();
         if (!pickOne(10))
@@ -286,7 +303,34 @@ TEST_F(Remote, TenThousandRandomLinesSendOnlyWhatAcceptedCommandsAskFor) {
         } else if (code == 0 && line.rfind("REG:WRITE ", 0) == 0 && line.find(';') == std::string::npos) {
             EXPECT_EQ(words, std::vector<int>{static_cast<int>(*qz::remote::parseWhole(line.substr(10)))}) << line;
         }
+        EXPECT_EQ(h.boxes.size(), shown) << "a box for the line " << line;
     }
     EXPECT_EQ(ask("*IDN?"), "QZ7740,QZ7740 evaluation board,virtual board,9.8.7");
+}
+
+TEST_F(Remote, AReadingPutsMeasoutBackAWarningStandsAndAnOverlongNumberIsRefused) {
+    send("MEASO:SOUR 3;GAIN 1");
+    sent();
+    EXPECT_NEAR(std::stod(ask("VOLT 1;:MEAS:VOLT?")), 1.0, 0.01);
+    const std::vector<int> words = sent();
+    ASSERT_GE(words.size(), 2u);
+    // The source, then the gain, each by its list's word as it stood before the reading.
+    const std::vector<int> back(words.end() - 2, words.end());
+    send("MEASO:SOUR 3;GAIN 1");
+    EXPECT_EQ(sent(), back);
+    EXPECT_EQ(ask("MEASO:SOUR?;GAIN?"), "3;1");
+
+    // The range note at MI gain 10 with VREF 5 is a warning: the gain is set.
+    send("SENS:CURR:GAIN 10");
+    EXPECT_EQ(ask("SENS:CURR:GAIN?"), "10");
+    const std::string warning = error();
+    EXPECT_EQ(warning.substr(0, 3), "1,\"") << warning;
     EXPECT_TRUE(h.boxes.empty());
+
+    // A number the box cannot hold is refused, never cut to 0 V.
+    sent();
+    send("VOLT 1E-30");
+    EXPECT_EQ(error().substr(0, 5), "-120,");
+    EXPECT_TRUE(sent().empty());
+    EXPECT_EQ(ask("VOLT?"), "1");
 }

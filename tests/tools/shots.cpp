@@ -8,6 +8,7 @@
 #include "diagnostics/frmDIAG.h"
 #include "forms/MessageBox.h"
 #include "forms/Navigator.h"
+#include "forms/RemoteLocal.h"
 #include "forms/StripChart.h"
 #include "forms/TabControl.h"
 #include "measure/frmMeasure.h"
@@ -52,7 +53,13 @@ int main(int argc, char** argv) {
     auto* console = new frmMAINQZ7740(session, nav);
     nav.adopt(forms::Form::frmMAINQZ7740, console);
     console->Form_Load();
-    if (QWidget* front = nav.loaded(forms::Form::frmMain)) save(front, dir + QStringLiteral("/frontpanel.png"));
+    if (QWidget* front = nav.loaded(forms::Form::frmMain)) {
+        save(front, dir + QStringLiteral("/frontpanel.png"));
+        // Under a client's control, as its first command leaves it.
+        forms::remoteLocal().clientCommand(QStringLiteral("192.168.1.20"));
+        save(front, dir + QStringLiteral("/frontpanel-remote.png"));
+        forms::remoteLocal().clientGone();
+    }
     console->resize(console->sizeHint());
     shootTabs(console, console->QZ7740, dir, QStringLiteral("console"));
     console->QZ7740->setCurrentIndex(4);
