@@ -146,7 +146,7 @@ QWidget* frmDIAG::buildHelpFrame(QWidget* parent) {
     FrmHELP->setObjectName(QStringLiteral("FrmHELP"));
     auto* v = new QVBoxLayout(FrmHELP);
     // The buttons and boxes the texts speak of, shown as they look; they do nothing here.
-    auto inert = [this](QWidget* w) {
+    auto inert = [](QWidget* w) {
         w->setEnabled(false);
         return w;
     };
