@@ -22,6 +22,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -58,14 +59,9 @@ class ShortClock final : public qz::Clock {
     double seconds() const override { return now_; }
     void sleep(double s) override {
         now_ += s;
-        if (++sleeps_ % 64 == 0) stop();
+        if (++sleeps_ % 64 == 0 && stop) stop();
     }
-    void stop() const {
-        if (auto* m = static_cast<frmMeasure*>(nav->loaded(forms::Form::frmMeasure)); m && m->running())
-            m->cmdStop_Click();
-        if (auto* d = static_cast<frmDIAG*>(nav->loaded(forms::Form::frmDIAG)); d && d->running()) d->stopRun();
-    }
-    forms::Navigator* nav = nullptr;
+    std::function<void()> stop;
 
   private:
     double now_ = 0.0;
@@ -84,7 +80,6 @@ struct Program {
         forms::setMessageSink(count);
         forms::setEndProgram([] {});
         forms::setFileChooser([](QWidget*, const QString&, const QString&, const QString&) { return QString(); });
-        clock.nav = &nav;
         qz::registerPanels(nav, *session);
         console = qz::startConsole(nav, *session);
         panelsOnTheClock();
@@ -94,6 +89,7 @@ struct Program {
                                                qz::resetProgram(nav, *session, console);
                                                panelsOnTheClock();
                                            }});
+        clock.stop = [this] { instrument->abort(); };
     }
     void panelsOnTheClock() {
         static_cast<frmMeasure*>(nav.load(forms::Form::frmMeasure))->useClock(clock);

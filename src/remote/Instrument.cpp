@@ -56,12 +56,15 @@ Error Instrument::errorOf(const forms::Box& refusal) {
 }
 
 void Instrument::report(const forms::Outcome& outcome) {
-    // A warning leaves the setting made; it is the device's own note, a positive code.
-    for (const forms::Box& note : outcome.notes) raise({err::kWarning, note.title + "; " + note.text});
-    if (outcome.refusal) raise(errorOf(*outcome.refusal));
+    try {
+        check(outcome);
+    } catch (const Refused& r) {
+        raise(r.error);
+    }
 }
 
 void Instrument::check(const forms::Outcome& outcome) {
+    // A warning leaves the setting made; it is the device's own note, a positive code.
     for (const forms::Box& note : outcome.notes) raise({err::kWarning, note.title + "; " + note.text});
     if (outcome.refusal) throw Refused{errorOf(*outcome.refusal)};
 }

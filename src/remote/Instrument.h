@@ -199,7 +199,7 @@ class Instrument : public QObject {
     double entryLimit(const Call& call, Numeric::Kind kind);
     // Puts the text in the box and runs its Enter operation (or `enter`); a refused entry
     // leaves the box's text as it was (the panel empties it for the operator's next try, a
-    // script has none). A text longer than the box holds is refused before it goes in.
+    // script has none).
     void enterBox(QLineEdit* box, const std::string& text, const std::function<forms::Outcome()>& enter = {});
     // The alarm status read as STAT:ALAR? reads it: the front panel's "Check Alarm Status"
     // or "CLEAR"; a bit for each alarm present, the questionable register brought up to date.

@@ -39,16 +39,8 @@ using Kind = Numeric::Kind;
 // A number as it goes into a panel's box: plain decimals, up to 7 significant digits,
 // no exponent, which every box of the panels reads. A number the box cannot hold in
 // those (smaller than its last decimal) is refused rather than cut to another.
-std::string boxText(double v);
 std::string entryNumber(double v) {
-    std::string text = boxText(v);
-    const double back = std::strtod(text.c_str(), nullptr);
-    if (std::fabs(back - v) > std::fabs(v) * 1e-6)
-        throw Refused{{err::kNumericData, "Numeric data error; " + numberText(v) + " has more digits than the box takes"}};
-    return text;
-}
-std::string boxText(double v) {
-    if (v == 0.0 || !std::isfinite(v)) return "0";
+    if (v == 0.0) return "0";
     const int exponent = static_cast<int>(std::floor(std::log10(std::fabs(v))));
     const int decimals = std::clamp(6 - exponent, 0, 20);
     char buffer[64];
@@ -58,7 +50,9 @@ std::string boxText(double v) {
         while (out.back() == '0') out.pop_back();
         if (out.back() == '.') out.pop_back();
     }
-    return out == "-0" ? "0" : out;
+    if (!std::isfinite(v) || std::fabs(std::strtod(out.c_str(), nullptr) - v) > std::fabs(v) * 1e-6)
+        throw Refused{{err::kNumericData, "Numeric data error; " + numberText(v) + " has more digits than the box takes"}};
+    return out;
 }
 
 // A single-precision limit in as few digits as take it back exactly, so that a box that
@@ -126,10 +120,6 @@ void Instrument::pick(QComboBox* list, int index) {
 }
 
 void Instrument::enterBox(QLineEdit* box, const std::string& text, const std::function<forms::Outcome()>& enter) {
-    // The box would cut a longer text to its length, and take another number.
-    if (static_cast<int>(text.size()) > box->maxLength())
-        throw Refused{{err::kNumericData, "Numeric data error; " + text + " is longer than the box takes (" +
-                                              std::to_string(box->maxLength()) + " characters)"}};
     const QString before = box->text();
     box->setText(QString::fromStdString(text));
     const forms::Outcome outcome = enter ? enter() : forms::enter(box);
