@@ -38,6 +38,12 @@ int32_t USBStuff::request(int32_t req, int32_t value, int32_t index, int32_t dir
         st = library_.Vendor_Request(hBoard, req, value, index, direction, n, reply.data());
         if (st == status::OK) std::copy_n(reply.begin(), n, buffer);
     }
+    if (onRequest) {
+        RequestSeen seen{req, value, index, direction, length, st, {}};
+        if (direction != 0 && st == status::OK)
+            std::copy_n(buffer, std::clamp<int32_t>(length, 0, static_cast<int32_t>(seen.reply.size())), seen.reply.begin());
+        onRequest(seen);
+    }
     const LinkState now = library_.linkState();
     if (now != lastLink_) {
         lastLink_ = now;

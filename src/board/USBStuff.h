@@ -13,6 +13,12 @@
 
 namespace qz {
 
+// A vendor request as it went to the board, and the bytes a read brought back.
+struct RequestSeen {
+    int32_t request, value, index, direction, length, status;
+    std::array<uint8_t, 64> reply;
+};
+
 class USBStuff {
 public:
     explicit USBStuff(BridgeLibrary& library);
@@ -33,6 +39,8 @@ public:
     MessageSink messageBox;
     std::ostream* diagnostics;  // standard error unless a test says otherwise
     std::function<void(LinkState)> onLinkChange;
+    // Told of every vendor request after it went out (the recorder listens here).
+    std::function<void(const RequestSeen&)> onRequest;
 
     static constexpr const char* kFirmwareFile = "QZ7740SPI.hex";
     static constexpr size_t kMaxFirmwarePath = 512;

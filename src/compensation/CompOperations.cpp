@@ -50,7 +50,7 @@ void frmCompensation::wire() {
         {cmdRESET, &frmCompensation::cmdRESET_Click},
         {cmdEXIT, &frmCompensation::cmdEXIT_Click}};
     for (const auto& [button, handler] : buttons)
-        connect(button, &QPushButton::clicked, this, [this, h = handler] { (this->*h)(); });
+        forms::onClick(button, [this, h = handler] { (this->*h)(); });
     // The bit rows read all zeros until the first load or read.
     for (forms::BitRow* row : {txtCP1, txtCP2})
         for (int k = 0; k < 24; ++k)

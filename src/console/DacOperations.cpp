@@ -144,13 +144,13 @@ void frmMAINQZ7740::cmdREADRAMPREGS_Click() {
 }
 
 void frmMAINQZ7740::wireDacPages() {
-    connect(cmdENRAMP, &QPushButton::clicked, this, [this] { cmdENRAMP_Click(); });
-    connect(cmdINTRAMP, &QPushButton::clicked, this, [this] { cmdINTRAMP_Click(); });
-    connect(cmdReadEnableRamp, &QPushButton::clicked, this, [this] { cmdReadEnableRamp_Click(); });
-    connect(cmdREADDAC, &QPushButton::clicked, this, [this] { cmdREADDAC_Click(); });
-    connect(cmdREADCLAMPDACs, &QPushButton::clicked, this, [this] { cmdREADCLAMPDACs_Click(); });
-    connect(cmdREADCOMPDACs, &QPushButton::clicked, this, [this] { cmdREADCOMPDACs_Click(); });
-    connect(cmdREADRAMPREGS, &QPushButton::clicked, this, [this] { cmdREADRAMPREGS_Click(); });
+    forms::onClick(cmdENRAMP, [this] { cmdENRAMP_Click(); });
+    forms::onClick(cmdINTRAMP, [this] { cmdINTRAMP_Click(); });
+    forms::onClick(cmdReadEnableRamp, [this] { cmdReadEnableRamp_Click(); });
+    forms::onClick(cmdREADDAC, [this] { cmdREADDAC_Click(); });
+    forms::onClick(cmdREADCLAMPDACs, [this] { cmdREADCLAMPDACs_Click(); });
+    forms::onClick(cmdREADCOMPDACs, [this] { cmdREADCOMPDACs_Click(); });
+    forms::onClick(cmdREADRAMPREGS, [this] { cmdREADRAMPREGS_Click(); });
     forms::onClick(cboDAC, [this] { cboDAC_Click(); });
     forms::onClick(cboCLAMPS, [this] { cboCLAMPS_Click(); });
     forms::onClick(cboCOMPDACs, [this] { cboCOMPDACs_Click(); });

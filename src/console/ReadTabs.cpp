@@ -2,6 +2,7 @@
 // texts, lamps and a bit row. Nothing here changes a shadow word.
 
 #include "console/frmMAINQZ7740.h"
+#include "forms/Controls.h"
 
 #include "forms/BitRow.h"
 #include "forms/Build.h"
@@ -46,7 +47,7 @@ QWidget* frmMAINQZ7740::buildReadSystemTab() {
     txtRSYS = new forms::BitRow(QStringLiteral("txtRSYS"), qz::rowCaptions(qz::kSystemControlLabels), p);
     v->addWidget(txtRSYS, 0, Qt::AlignLeft);
     v->addStretch(1);
-    connect(readSYS, &QPushButton::clicked, this, [this] { readSYS_Click(); });
+    forms::onClick(readSYS, [this] { readSYS_Click(); });
     return p;
 }
 
@@ -70,7 +71,7 @@ QWidget* frmMAINQZ7740::buildReadDPS1Tab() {
     txtRPMU = new forms::BitRow(QStringLiteral("txtRPMU"), qz::rowCaptions(qz::kDPS1Labels), p);
     v->addWidget(txtRPMU, 0, Qt::AlignLeft);
     v->addStretch(1);
-    connect(READPMU, &QPushButton::clicked, this, [this] { READPMU_Click(); });
+    forms::onClick(READPMU, [this] { READPMU_Click(); });
     return p;
 }
 
@@ -82,7 +83,7 @@ QWidget* frmMAINQZ7740::buildReadDPS2Tab() {
     txtRDPS2 = new forms::BitRow(QStringLiteral("txtRDPS2"), qz::rowCaptions(qz::kDPS2Labels), p);
     v->addWidget(txtRDPS2, 0, Qt::AlignLeft);
     v->addStretch(1);
-    connect(cmdReadDPS2, &QPushButton::clicked, this, [this] { cmdReadDPS2_Click(); });
+    forms::onClick(cmdReadDPS2, [this] { cmdReadDPS2_Click(); });
     return p;
 }
 
@@ -110,8 +111,8 @@ QWidget* frmMAINQZ7740::buildReadAlarmTab() {
                                0xFFC0);
     v->addWidget(txtALM, 0, Qt::AlignLeft);
     v->addStretch(1);
-    connect(READCOMP, &QPushButton::clicked, this, [this] { READCOMP_Click(); });
-    connect(READALARM, &QPushButton::clicked, this, [this] { READALARM_Click(); });
+    forms::onClick(READCOMP, [this] { READCOMP_Click(); });
+    forms::onClick(READALARM, [this] { READALARM_Click(); });
     return p;
 }
 

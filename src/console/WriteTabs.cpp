@@ -67,8 +67,8 @@ QWidget* frmMAINQZ7740::buildWriteSystemTab() {
 
     for (QComboBox* l : {MEASOUTG, IMEASG, tempset}) forms::swallowKeys(l);
     fields({MEASOUTG, IMEASG, tempset, chkPD, chkFINGND, CPEN});
-    connect(cmdWRITESYS, &QPushButton::clicked, this, [this] { cmdWRITESYS_Click(); });
-    connect(Command1, &QPushButton::clicked, this, [this] { Command1_Click(); });
+    forms::onClick(cmdWRITESYS, [this] { cmdWRITESYS_Click(); });
+    forms::onClick(Command1, [this] { Command1_Click(); });
     return p;
 }
 
@@ -106,7 +106,7 @@ QWidget* frmMAINQZ7740::buildWriteDPS1Tab() {
     fields({cboCurrent, cboMEASURE, cboCompare, chkENABLECH, chkMEASOUT, chkCLAMPEN});
     forms::onClick(chkHWINHB, [this] { chkHWINHB_Click(); });
     forms::onClick(chkCLEN, [this] { chkCLEN_Click(); });
-    connect(cmdWRITEPMU, &QPushButton::clicked, this, [this] { cmdWRITEPMU_Click(); });
+    forms::onClick(cmdWRITEPMU, [this] { cmdWRITEPMU_Click(); });
     return p;
 }
 
@@ -140,7 +140,7 @@ QWidget* frmMAINQZ7740::buildWriteDPS2Tab() {
 
     forms::swallowKeys(cboSysforce);
     fields({cboSlave, cboSlew, cboSysforce, chkGPO, chk10k, Check2});
-    connect(cmdWriteDPS2, &QPushButton::clicked, this, [this] { cmdWriteDPS2_Click(); });
+    forms::onClick(cmdWriteDPS2, [this] { cmdWriteDPS2_Click(); });
     return p;
 }
 
@@ -171,7 +171,7 @@ QWidget* frmMAINQZ7740::buildAlarmSetupTab() {
     cmdALAM = makeButton(QStringLiteral("cmdALAM"), QStringLiteral("WRITE ALARM REGISTER"), p);
     v->addWidget(cmdALAM, 0, Qt::AlignLeft);
     v->addStretch(1);
-    connect(cmdALAM, &QPushButton::clicked, this, [this] { cmdALAM_Click(); });
+    forms::onClick(cmdALAM, [this] { cmdALAM_Click(); });
     return p;
 }
 

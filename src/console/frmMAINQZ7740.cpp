@@ -90,9 +90,9 @@ QWidget* frmMAINQZ7740::buildWordBar() {
 
     forms::onEnter(Text1, [this] { Text1_KeyPress(13); });
     forms::onLeave(Text1, [this] { Text1_LostFocus(); });
-    connect(cmdREADADC, &QPushButton::clicked, this, [this] { cmdREADADC_Click(); });
-    connect(cmdRESET, &QPushButton::clicked, this, [this] { cmdRESET_Click(); });
-    connect(cmdEXIT, &QPushButton::clicked, this, [this] { cmdEXIT_Click(); });
+    forms::onClick(cmdREADADC, [this] { cmdREADADC_Click(); });
+    forms::onClick(cmdRESET, [this] { cmdRESET_Click(); });
+    forms::onClick(cmdEXIT, [this] { cmdEXIT_Click(); });
     return bar;
 }
 

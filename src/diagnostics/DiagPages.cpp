@@ -106,8 +106,8 @@ frmDIAG::frmDIAG(qz::Session& s, forms::Navigator& n, QWidget* parent)
     v->addLayout(buttons);
     setCentralWidget(central);
 
-    connect(cmdRESET, &QPushButton::clicked, this, [this] { cmdRESET_Click(); });
-    connect(cmdEXIT, &QPushButton::clicked, this, [this] { cmdEXIT_Click(); });
+    forms::onClick(cmdRESET, [this] { cmdRESET_Click(); });
+    forms::onClick(cmdEXIT, [this] { cmdEXIT_Click(); });
     wireSensorPage();
 }
 
@@ -244,7 +244,7 @@ QWidget* frmDIAG::buildSelectPage() {
         forms::onClick(optDIAGA[static_cast<size_t>(i)], [this, i] { optDIAGA_Click(i); });
         forms::onClick(optDIAGB[static_cast<size_t>(i)], [this, i] { optDIAGB_Click(i); });
     }
-    connect(cmdWRITEDIAGREG, &QPushButton::clicked, this, [this] { cmdWRITEDIAGREG_Click(); });
+    forms::onClick(cmdWRITEDIAGREG, [this] { cmdWRITEDIAGREG_Click(); });
     return p;
 }
 
@@ -261,6 +261,6 @@ QWidget* frmDIAG::buildReadPage() {
     fl->addWidget(txtRD1, 0, Qt::AlignLeft);
     v->addWidget(frame);
     v->addStretch(1);
-    connect(cmdREADDIAG, &QPushButton::clicked, this, [this] { cmdREADDIAG_Click(); });
+    forms::onClick(cmdREADDIAG, [this] { cmdREADDIAG_Click(); });
     return p;
 }

@@ -179,12 +179,12 @@ void frmDIAG::wireSensorPage() {
     const bool& busy = session.general.entryBusy;
     for (QLineEdit* box : {txtAddrPtr, txtPTR, txtdata})
         forms::onEntry(box, busy, [this, box] { return sensorEntry(box); });
-    connect(cmdReadI2C, &QPushButton::clicked, this, [this] { cmdReadI2C_Click(); });
-    connect(cmdREADTempSensor, &QPushButton::clicked, this, [this] { cmdREADTempSensor_Click(); });
-    connect(cmdwriteTempSensor, &QPushButton::clicked, this, [this] { cmdwriteTempSensor_Click(); });
-    connect(cmdPLOTTEMP, &QPushButton::clicked, this, [this] { cmdPLOTTEMP_Click(); });
-    connect(cmdCopy, &QPushButton::clicked, this, [this] { cmdCopy_Click(); });
-    connect(cmdSave, &QPushButton::clicked, this, [this] { cmdSave_Click(); });
+    forms::onClick(cmdReadI2C, [this] { cmdReadI2C_Click(); });
+    forms::onClick(cmdREADTempSensor, [this] { cmdREADTempSensor_Click(); });
+    forms::onClick(cmdwriteTempSensor, [this] { cmdwriteTempSensor_Click(); });
+    forms::onClick(cmdPLOTTEMP, [this] { cmdPLOTTEMP_Click(); });
+    forms::onClick(cmdCopy, [this] { cmdCopy_Click(); });
+    forms::onClick(cmdSave, [this] { cmdSave_Click(); });
     forms::onClick(cboDelay, [this] { cboDelay_Click(); });
     forms::onClick(Check1, [this] { Check1_Click(); });
     forms::onClick(Check2, [this] { Check2_Click(); });

@@ -1,5 +1,7 @@
 #include "forms/Controls.h"
 
+#include "forms/Recording.h"
+
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QKeyEvent>
@@ -31,6 +33,11 @@ Outcome operateOn(QObject* control) {
 
 void run(QObject* control) { show(operateOn(control)); }
 
+// The operator's pick or click: an action of the operator's, and its outcome shown.
+void runByHand(QWidget* control) {
+    show(recording().act({Action::Kind::Control, control}, [control] { return operateOn(control); }));
+}
+
 class InputFilter : public QObject {
 public:
     InputFilter(QObject* parent, bool keys) : QObject(parent), keys_(keys) {}
@@ -56,12 +63,12 @@ private:
 
 void onClick(QComboBox* list, std::function<Outcome()> handler) {
     new ClickOperation(list, std::move(handler));
-    QObject::connect(list, &QComboBox::activated, list, [list](int) { run(list); });
+    QObject::connect(list, &QComboBox::activated, list, [list](int) { runByHand(list); });
 }
 
 void onClick(QAbstractButton* button, std::function<Outcome()> handler) {
     new ClickOperation(button, std::move(handler));
-    QObject::connect(button, &QAbstractButton::clicked, button, [button](bool) { run(button); });
+    QObject::connect(button, &QAbstractButton::clicked, button, [button](bool) { runByHand(button); });
 }
 
 void onClicks(std::initializer_list<QWidget*> controls, std::function<Outcome(const QString&)> handler) {

@@ -1,6 +1,7 @@
 #include "forms/Entry.h"
 
 #include "forms/MessageBox.h"
+#include "forms/Recording.h"
 #include "levels/Numbers.h"
 
 #include <QCoreApplication>
@@ -14,19 +15,21 @@ namespace forms {
 
 namespace {
 
+// The Enter key in a box: an action of the operator's, whose outcome is shown.
 class EnterFilter : public QObject {
 public:
-    EnterFilter(QObject* parent, std::function<void()> h) : QObject(parent), handler_(std::move(h)) {}
+    EnterFilter(QLineEdit* box, std::function<Outcome()> h) : QObject(box), box_(box), handler_(std::move(h)) {}
     bool eventFilter(QObject*, QEvent* e) override {
         if (e->type() != QEvent::KeyPress) return false;
         const int key = static_cast<QKeyEvent*>(e)->key();
         if (key != Qt::Key_Return && key != Qt::Key_Enter) return false;
-        handler_();
+        show(recording().act({Action::Kind::Control, box_}, handler_));
         return true;
     }
 
 private:
-    std::function<void()> handler_;
+    QLineEdit* box_;
+    std::function<Outcome()> handler_;
 };
 
 class LeaveFilter : public QObject {
@@ -47,7 +50,10 @@ private:
 } // namespace
 
 void onEnter(QLineEdit* box, std::function<void()> handler) {
-    box->installEventFilter(new EnterFilter(box, std::move(handler)));
+    box->installEventFilter(new EnterFilter(box, [h = std::move(handler)] {
+        h();
+        return Outcome{};
+    }));
 }
 
 void onLeave(QLineEdit* box, std::function<void()> handler) {
@@ -77,7 +83,7 @@ private:
 
 void onEntry(QLineEdit* box, const bool& entryBusy, std::function<Outcome()> enter) {
     auto* op = new EntryOperation(box, entryBusy, std::move(enter));
-    onEnter(box, [op] { show(op->run()); });
+    box->installEventFilter(new EnterFilter(box, [op] { return op->run(); }));
 }
 
 Outcome enter(QLineEdit* box) {

@@ -2,6 +2,7 @@
 
 #include "forms/MessageBox.h"
 #include "forms/Panel.h"
+#include "forms/Recording.h"
 
 #include <QMenuBar>
 
@@ -23,6 +24,11 @@ void buildMenuBar(Panel& panel, std::initializer_list<MenuEntry> entries) {
         menus[i] = panel.menuBar()->addMenu(QString::fromLatin1(kMenus[i].caption));
         menus[i]->setObjectName(QString::fromLatin1(kMenus[i].name));
     }
+    // Every panel's File menu opens the recorder first: the same entry everywhere.
+    QAction* record = menus[0]->addAction(QStringLiteral("Record..."));
+    record->setObjectName(QStringLiteral("mnuRecord"));
+    QObject::connect(record, &QAction::triggered, &panel, [] { recording().openWindow(); });
+    menus[0]->addSeparator();
     Navigator& nav = panel.nav;
     for (const MenuEntry& e : entries) {
         QMenu* menu = menus[static_cast<int>(e.menu)];

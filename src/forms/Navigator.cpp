@@ -1,5 +1,7 @@
 #include "forms/Navigator.h"
 
+#include "forms/Recording.h"
+
 #include <QtGlobal>
 
 namespace forms {
@@ -23,9 +25,13 @@ QWidget* Navigator::load(Form form) {
     if (QWidget* f = loaded(form)) return f;
     const auto it = factories_.find(form);
     if (it == factories_.end()) return nullptr;
-    QWidget* f = it->second.create();
-    forms_[form] = f;
-    if (it->second.load) it->second.load(f);
+    QWidget* f = nullptr;
+    recording().act({Action::Kind::Open, nullptr, form}, [&] {
+        f = it->second.create();
+        forms_[form] = f;
+        if (it->second.load) it->second.load(f);
+        return Outcome{};
+    });
     return f;
 }
 
@@ -41,11 +47,14 @@ QWidget* Navigator::show(Form form) {
 void Navigator::unload(Form form) {
     const auto it = forms_.find(form);
     if (it == forms_.end()) return;
-    if (QWidget* f = it->second.data()) {
-        f->hide();
-        f->deleteLater();
-    }
-    forms_.erase(it);
+    recording().act({Action::Kind::Close, nullptr, form}, [&] {
+        if (QWidget* f = it->second.data()) {
+            f->hide();
+            f->deleteLater();
+        }
+        forms_.erase(it);
+        return Outcome{};
+    });
 }
 
 QObject* Navigator::child(Form form, QWidget* panel, const QString& name, const QMetaObject& kind) {

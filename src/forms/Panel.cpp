@@ -1,5 +1,6 @@
 #include "forms/Panel.h"
 
+#include "forms/Recording.h"
 #include "forms/RemoteLocal.h"
 
 #include <QAction>
@@ -35,6 +36,20 @@ Panel::Panel(qz::Session& s, Navigator& n, Form f, const QString& title, QWidget
     connect(local_, &QPushButton::clicked, this, [] { remoteLocal().pressLocal(); });
     connect(&remoteLocal(), &RemoteLocal::changed, this, &Panel::showRemote);
     showRemote();
+    // Recording: a mark while the operator's actions are being recorded; a click on it
+    // opens the recorder.
+    recording_ = new QPushButton(QStringLiteral("\u25CF REC"), this);
+    recording_->setObjectName(QStringLiteral("lblRecording"));
+    recording_->setFlat(true);
+    recording_->setFocusPolicy(Qt::NoFocus);
+    recording_->setToolTip(QStringLiteral("Recording what is done on the panels as remote commands: "
+                                          "click to open the recorder."));
+    recording_->setStyleSheet(QStringLiteral("QPushButton { font-weight: bold; color: #b00000; padding: 0px 6px; }"));
+    forms::keepLocal(recording_);
+    statusBar()->addPermanentWidget(recording_);
+    recording_->setVisible(recording().active());
+    connect(recording_, &QPushButton::clicked, this, [] { recording().openWindow(); });
+    connect(&recording(), &Recording::changed, this, [this] { recording_->setVisible(recording().active()); });
     link_ = new QLabel(this);
     link_->setObjectName(QStringLiteral("linkStatus"));
     link_->setText(QString::fromLatin1(qz::linkText(s.usb.linkState())));

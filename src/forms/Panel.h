@@ -40,6 +40,7 @@ private:
 
     QLabel* remote_;
     QPushButton* local_;
+    QPushButton* recording_;
     QLabel* link_;
     QPushButton* reconnect_;
 };

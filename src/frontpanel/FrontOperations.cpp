@@ -57,7 +57,7 @@ void frmMain::wire() {
         {cmdEXIT, &frmMain::cmdEXIT_Click},       {Command6, &frmMain::Command6_Click},
     };
     for (const auto& [button, handler] : buttons)
-        connect(button, &QPushButton::clicked, this, [this, h = handler] { (this->*h)(); });
+        forms::onClick(button, [this, h = handler] { (this->*h)(); });
     // The ways to panels this program does not have yet stay closed.
     const std::pair<QPushButton*, Form> ways[] = {
         {Command1, Form::frmMeasure}, {Command2, Form::frmDIAG}, {Command3, Form::frmCompensation}};

@@ -59,7 +59,7 @@ void frmMeasure::wire() {
         {cmdEXIT, &frmMeasure::cmdEXIT_Click},
     };
     for (const auto& [button, handler] : buttons)
-        connect(button, &QPushButton::clicked, this, [this, h = handler] { (this->*h)(); });
+        forms::onClick(button, [this, h = handler] { (this->*h)(); });
     const std::pair<QPushButton*, std::pair<QWidget*, bool>> help[] = {{Label16, {FrmHELP, true}},
                                                                        {Label30, {FrmHELP, false}},
                                                                        {Label29, {Frame9, true}},

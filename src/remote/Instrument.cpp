@@ -5,6 +5,7 @@
 
 #include "diagnostics/frmDIAG.h"
 #include "forms/MessageBox.h"
+#include "forms/Recording.h"
 #include "forms/RemoteLocal.h"
 #include "frontpanel/frmMain.h"
 #include "levels/Messages.h"
@@ -136,6 +137,7 @@ Instrument::Outcome Instrument::dispatch(const Command& c, const Unit& unit) {
         return failed();
     }
     Outcome out;
+    const forms::Recording::RemoteScope clients;
     ++commandDepth_;
     try {
         out.answer = (this->*(unit.query ? c.ask : c.set))(Call{c, unit.params});
@@ -387,6 +389,7 @@ void Instrument::beginRun() {
     pending_ = Run::None;
     if (run == Run::None) return;
     remoteRun_ = true;
+    const forms::Recording::RemoteScope clients;
     frmMeasure* m = measure();
     const forms::Outcome outcome = run == Run::Sweep ? m->plotSweep() : m->plotTime();
     remoteRun_ = false;
