@@ -396,6 +396,73 @@ class QZ7740(*_BASES):
         """The read-back of the register at ``address``, as an integer."""
         return int(self._ask("REG:READ? %d" % strict_range(int(address), (0, 0x7F))), 16)
 
+    def register_reply(self):
+        """The chip's reply to the word sent last, fetched alone, as an integer."""
+        return int(self._ask("REG:REPL?"), 16)
+
+    def shadow_register(self, address, word=None):
+        """The program's copy of the register at ``address`` (1 to 7, the words the panels
+        compose), as an integer; with ``word``, that word becomes the copy instead: nothing
+        is sent, and the panels' next words build on it."""
+        if word is None:
+            return int(self._ask("REG:SHAD? %d" % strict_range(int(address), (1, 7))), 16)
+        if (int(word) >> 16) != int(address):
+            raise ValueError("word %06X is not one of register %d" % (int(word), int(address)))
+        self.write("REG:SHAD #H%06X" % strict_range(int(word), (0, 0x7FFFFF)))
+        self.check_set_errors()
+
+    # --- the board's own requests -------------------------------------------------------
+
+    def _send(self, command):
+        self.write(command)
+        self.check_set_errors()
+
+    def board_reset(self):
+        """Pulses the chip's hardware reset (nothing else; compare ``reset``)."""
+        self._send("BOARD:RES")
+
+    def hardware_inhibit(self, on):
+        """/HW-INH to its inhibiting level (True) or not."""
+        self._send("BOARD:HWIN %s" % ("ON" if on else "OFF"))
+
+    def clamp_pin(self, on):
+        """The CL EN pin."""
+        self._send("BOARD:CLEN %s" % ("ON" if on else "OFF"))
+
+    def switch_enabled(self, on):
+        """The SW8130 channel switch enabled."""
+        self._send("BOARD:SWIT %s" % ("ON" if on else "OFF"))
+
+    def switch_channel(self, channel):
+        """The SW8130 input: 0 MEASOUT, 1 GND, 2 VREF, 3 GND."""
+        self._send("BOARD:SWIT:CHAN %d" % strict_range(int(channel), (0, 3)))
+
+    def adc_convert(self):
+        """Starts one conversion of the ADC."""
+        self._send("BOARD:ADC:CONV")
+
+    def adc_code(self):
+        """The last conversion's code, 0 to 65535."""
+        return int(self._ask("BOARD:ADC:READ?"))
+
+    def sensor_write(self, pointer, byte):
+        """A byte to a register of the temperature sensor."""
+        self._send("BOARD:SENS:WRIT %d,%d" % (strict_range(int(pointer), (0, 255)), strict_range(int(byte), (0, 255))))
+
+    def sensor_read(self, pointer):
+        """A register of the temperature sensor, 0 to 255."""
+        return int(self._ask("BOARD:SENS:READ? %d" % strict_range(int(pointer), (0, 255))))
+
+    # --- the panels ---------------------------------------------------------------------
+
+    def open_panel(self, name):
+        """Shows a panel (``"frmDIAG"``) as its menu entry does; one not loaded loads."""
+        self._send("DISP:PAN %s" % name)
+
+    def close_panel(self, name):
+        """Unloads a panel as its "Close" does."""
+        self._send("DISP:PAN:CLOS %s" % name)
+
     # --- the front panel ----------------------------------------------------------------
 
     source_voltage = _limited(
@@ -435,6 +502,16 @@ class QZ7740(*_BASES):
     offset_code = _control(
         "OFFS", """The OFFSET DAC code, 0 to 65535 (32768 by default), which moves the force
         range.""", validator=_or_limit_word(strict_range), values=(0, 0xFFFF),
+        set_process=lambda v: v if _is_limit_word(v) else "%d" % v, get_process=int)
+
+    force_gain_code = _control(
+        "CAL:FORC:GAIN", """The FIN DAC's gain code m, 0 to 65535 (65535 by default), which the
+        force voltage's law reads.""", validator=_or_limit_word(strict_range), values=(0, 0xFFFF),
+        set_process=lambda v: v if _is_limit_word(v) else "%d" % v, get_process=int)
+
+    force_offset_code = _control(
+        "CAL:FORC:OFFS", """The FIN DAC's offset code c, 0 to 65535 (32768 by default).""",
+        validator=_or_limit_word(strict_range), values=(0, 0xFFFF),
         set_process=lambda v: v if _is_limit_word(v) else "%d" % v, get_process=int)
 
     reference_voltage = _control(

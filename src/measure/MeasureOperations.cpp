@@ -46,8 +46,6 @@ void frmMeasure::wire() {
     SSTab1->onClick([this](int previous) { SSTab1_Click(previous); });
 
     const std::pair<QPushButton*, void (frmMeasure::*)()> buttons[] = {
-        {cmdPlot, &frmMeasure::cmdPlot_Click},
-        {cmdPlotit, &frmMeasure::cmdPlotit_Click},
         {cmdStop, &frmMeasure::cmdStop_Click},
         {cmdStopit, &frmMeasure::cmdStop_Click},
         {cmdCOPYTOCLIP, &frmMeasure::cmdCOPYTOCLIP_Click},
@@ -60,6 +58,9 @@ void frmMeasure::wire() {
     };
     for (const auto& [button, handler] : buttons)
         forms::onClick(button, [this, h = handler] { (this->*h)(); });
+    // The runs' outcome is shown by the click, and told to whoever records it.
+    forms::onClick(cmdPlot, [this] { return plotSweep(); });
+    forms::onClick(cmdPlotit, [this] { return plotTime(); });
     const std::pair<QPushButton*, std::pair<QWidget*, bool>> help[] = {{Label16, {FrmHELP, true}},
                                                                        {Label30, {FrmHELP, false}},
                                                                        {Label29, {Frame9, true}},

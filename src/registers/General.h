@@ -51,6 +51,13 @@ struct General {
     // finds it set; the entry fields and the buttons that test it keep their guard all the
     // same, as a handler run from inside an entry would need it.
     bool entryBusy = false;
+
+    // The shadow word of the register at address (1 system control .. 7 diagnostic), or
+    // nullptr for a register the program keeps no word of.
+    int32_t* shadowAt(int address) {
+        int32_t* const words[] = {&SYSreg, &PMUreg, &DPS2reg, &COMP1reg, &COMP2reg, &ALMreg, &DIAGreg};
+        return address >= 1 && address <= 7 ? words[address - 1] : nullptr;
+    }
 };
 
 } // namespace qz

@@ -15,6 +15,24 @@ namespace qz::remote {
 // then (-221), a form that only reads or touches nothing is served.
 enum class Access { None, Reads, Writes };
 
+// How the recorder writes an operator's action on the row's control as this command:
+// the parameter it takes from the control as the action left it.
+enum class Rec {
+    None,
+    Number,     // the box's number as it stands
+    Millivolts, // the box's number, in millivolts
+    Hex,        // the box's hexadecimal code
+    RangeUnit,  // the box's number in the unit of the present current range, in amperes
+    Range,      // the list's range: its full scale, or its name where two share one
+    Index,      // the list's item, or the member of an option array
+    Value,      // the number of the list's item
+    Word,       // the word of the list's item
+    State,      // the check box's state
+    Reference,  // the VREF option: 5, 2.5, or the number of the Other box
+    Press,      // a button: the command alone
+    Run,        // a run's button: the command, *OPC?, and its results fetched (the row's words)
+};
+
 struct Command {
     const char* header; // "[SOURce#:]VOLTage[:LEVel]": [] optional, # takes the suffix 1
     Instrument::Handler set = nullptr;
@@ -35,6 +53,11 @@ struct Command {
     std::span<const char* const> words = {};
     int arg = 0;
     bool atOnce = false; // takes effect at once while earlier units wait (ABOR, *CLS)
+    Rec record = Rec::None;
+    const char* alias = nullptr; // a second control of the panel that does the same
+    bool shared = false;         // the control of that name on every panel follows the others
+    bool read = false;           // other operations of the panel read the box as it stands
+    bool reads = false;          // the operation reads such boxes of its panel as they stand
     // For the README and the Python class.
     const char* param = "";   // the parameter as the README shows it
     const char* answer = "";  // what the query answers

@@ -124,6 +124,18 @@ class Instrument : public QObject {
     std::string alarms(const Call&);
     std::string regWrite(const Call&);
     std::string regRead(const Call&);
+    // The board's own requests and the panels (Board.cpp).
+    std::string regReply(const Call&);
+    std::string shadowSet(const Call&);
+    std::string shadowAsk(const Call&);
+    std::string boardRequest(const Call&);
+    std::string boardSwitch(const Call&);
+    std::string boardChannel(const Call&);
+    std::string adcRead(const Call&);
+    std::string sensorWrite(const Call&);
+    std::string sensorRead(const Call&);
+    std::string panelOpen(const Call&);
+    std::string panelClose(const Call&);
     std::string initSweep(const Call&);
     std::string initTime(const Call&);
     std::string abor(const Call&);
@@ -140,8 +152,8 @@ class Instrument : public QObject {
     std::string rangeName(const Call&);
     std::string clampSet(const Call&);
     std::string clampAsk(const Call&);
-    std::string offsetSet(const Call&);
-    std::string offsetAsk(const Call&);
+    std::string codeSet(const Call&);
+    std::string codeAsk(const Call&);
     std::string vrefSet(const Call&);
     std::string vrefAsk(const Call&);
     std::string entrySet(const Call&);
@@ -196,6 +208,7 @@ class Instrument : public QObject {
     QWidget* control(const Call& call);
     int itemInForce(const Call& call);
     float forceLimit(Numeric::Kind kind);
+    QLineEdit* codeBox(const Call& call);
     double entryLimit(const Call& call, Numeric::Kind kind);
     // Puts the text in the box and runs its Enter operation (or `enter`); a refused entry
     // leaves the box's text as it was (the panel empties it for the operator's next try, a

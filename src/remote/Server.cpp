@@ -119,6 +119,7 @@ Server::~Server() {
     // Whoever set the hooks may be gone already.
     onCommand = nullptr;
     onClientGone = nullptr;
+    onTraffic = nullptr;
     hold = nullptr;
     exchange_.reset();
     if (client_) client_->abort();
@@ -271,6 +272,7 @@ void Server::disconnectClient() {
 
 bool Server::send(const std::string& answers) {
     if (!client_) return false;
+    if (onTraffic) onTraffic(clientAddress_.toStdString(), answers, false);
     client_->write(answers.data(), static_cast<qint64>(answers.size()));
     // What the system takes at once leaves the bound to what the client has not read.
     if (client_->bytesToWrite() > std::min<qint64>(outputLimit_, 1024 * 1024)) client_->flush();
@@ -304,6 +306,7 @@ void Server::readLines() {
         if (onCommand) onCommand(QString(clientAddress_)); // a copy: the hook may drop the client
         if (!client_ || exchange_ != exchange || held()) break;
         consumed_ = end + 1;
+        if (onTraffic) onTraffic(clientAddress_.toStdString(), line, true);
         exchange->addLine(line);
         const std::string out = exchange->run();
         if (exchange_ == exchange && !out.empty() && !send(out)) break;

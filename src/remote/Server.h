@@ -83,6 +83,9 @@ class Server : public QObject {
 
     // Told just before each line of the client is served, with the client's address.
     std::function<void(const QString& peer)> onCommand;
+    // Told of each line served (fromClient) and of each answer sent back, for whoever
+    // watches the traffic.
+    std::function<void(const std::string& peer, const std::string& text, bool fromClient)> onTraffic;
     // Told when the client in hand leaves or is dropped, whatever the reason.
     std::function<void()> onClientGone;
     // While it answers true, lines received are kept unserved (not even parsed) and a

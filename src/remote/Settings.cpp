@@ -275,25 +275,31 @@ std::string Instrument::clampAsk(const Call& call) {
     return amps ? numberText(*amps) : kNotANumber;
 }
 
-// --- OFFSET and VREF --------------------------------------------------------------------
+// --- DAC codes and VREF ------------------------------------------------------------------
 
-std::string Instrument::offsetSet(const Call& call) {
+// A box that takes a 16-bit DAC code in hexadecimal: the front panel's OFFSET, and the
+// console's m and c of the FIN DAC, which the force voltage reads. DEF is the row's arg.
+QLineEdit* Instrument::codeBox(const Call& call) {
+    const Command& c = call.command;
+    return forms::controlOf<QLineEdit>(nav_, forms::ControlRef{c.form, c.control, c.array ? 0 : -1});
+}
+
+std::string Instrument::codeSet(const Call& call) {
     const Numeric n = numericParam(call);
-    double code = pickLimit(n.kind, 0, 0xFFFF, 0x8000);
+    double code = pickLimit(n.kind, 0, 0xFFFF, call.command.arg);
     if (n.kind == Kind::Value) {
         if (n.value != std::floor(n.value)) throw Refused{standardError(err::kIllegalValue)};
         if (n.value < 0 || n.value > 0xFFFF) throw Refused{standardError(err::kOutOfRange)};
         code = n.value;
     }
     // The box takes its code in hexadecimal, as the operator types it.
-    frmMain* m = front();
-    enterBox(m->OFFSETx1, QString::number(static_cast<int>(code), 16).toUpper().toStdString());
+    enterBox(codeBox(call), QString::number(static_cast<int>(code), 16).toUpper().toStdString());
     return {};
 }
 
-std::string Instrument::offsetAsk(const Call& call) {
-    if (const auto kind = limitAsked(call)) return numberText(pickLimit(*kind, 0, 0xFFFF, 0x8000));
-    const auto code = qz::parseHex(forms::acceptedText(front()->OFFSETx1).toStdString());
+std::string Instrument::codeAsk(const Call& call) {
+    if (const auto kind = limitAsked(call)) return numberText(pickLimit(*kind, 0, 0xFFFF, call.command.arg));
+    const auto code = qz::parseHex(forms::acceptedText(codeBox(call)).toStdString());
     return code ? std::to_string(*code) : kNotANumber;
 }
 

@@ -4,11 +4,14 @@
 #include "console/frmMAINQZ7740.h"
 #include "shell/Start.h"
 #include "forms/MessageBox.h"
+#include "forms/Recording.h"
 #include "registers/Session.h"
 #include "shell/Options.h"
 #include "shell/Panels.h"
+#include "shell/RecorderWindow.h"
 #include "remote/Attach.h"
 #include "remote/Instrument.h"
+#include "remote/Recorder.h"
 #include "remote/Server.h"
 
 #include <QApplication>
@@ -101,13 +104,25 @@ int main(int argc, char** argv) {
     std::unique_ptr<frmMAINQZ7740> console = qz::startConsole(nav, session);
     qz::BoardWatch watch(nav, session, console);
 
+    // The recorder, and its window on the first "Record...".
+    qz::remote::Recorder recorder(session, nav);
+    std::unique_ptr<RecorderWindow> recorderWindow;
+    forms::recording().showWindow = [&] {
+        if (!recorderWindow) recorderWindow = std::make_unique<RecorderWindow>(recorder);
+        recorderWindow->show();
+        recorderWindow->raise();
+        recorderWindow->activateWindow();
+    };
+
     std::unique_ptr<qz::remote::Instrument> instrument;
     std::unique_ptr<qz::remote::Server> server;
     if (options.remotePort >= 0) {
+        // exit, not quit: quit asks every window to close first, and a shown panel may
+        // keep it from closing, which would leave the program running.
         instrument = std::make_unique<qz::remote::Instrument>(
             session, nav,
             qz::remote::Instrument::Config{QCoreApplication::applicationVersion().toStdString(),
-                                           [] { QCoreApplication::quit(); },
+                                           [] { QCoreApplication::exit(0); },
                                            [&] { qz::resetProgram(nav, session, console); }});
         server = std::make_unique<qz::remote::Server>(*instrument);
         // parseOptions has checked every --allow already.
@@ -116,6 +131,9 @@ int main(int argc, char** argv) {
             if (const auto subnet = qz::remote::parseAllowed(QString::fromStdString(text))) allowed.push_back(*subnet);
         server->setAllowed(std::move(allowed));
         qz::remote::attachPanels(*server);
+        server->onTraffic = [&recorder](const std::string& peer, const std::string& text, bool fromClient) {
+            recorder.traffic(peer, text, fromClient);
+        };
         const QHostAddress address(QString::fromStdString(options.listenAddress));
         if (!server->listen(address, static_cast<quint16>(options.remotePort), error)) {
             std::cerr << "qz7740: cannot listen on " << options.listenAddress << ":" << options.remotePort
@@ -131,7 +149,7 @@ int main(int argc, char** argv) {
         QObject::connect(&signalWatch, &QTimer::timeout, [&] {
             if (!stopSignal) return;
             if (instrument) instrument->abort();
-            QCoreApplication::quit();
+            QCoreApplication::exit(0);
         });
         signalWatch.start(50);
     }

@@ -6,19 +6,25 @@
 #include "console/frmMAINQZ7740.h"
 #include "forms/Controls.h"
 #include "diagnostics/frmDIAG.h"
+#include "forms/Entry.h"
 #include "forms/MessageBox.h"
 #include "forms/Navigator.h"
 #include "forms/RemoteLocal.h"
 #include "forms/StripChart.h"
 #include "forms/TabControl.h"
+#include "frontpanel/frmMain.h"
 #include "measure/frmMeasure.h"
 #include "registers/Session.h"
+#include "remote/Recorder.h"
 #include "shell/Panels.h"
+#include "shell/RecorderWindow.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
+#include <QLineEdit>
 #include <QPixmap>
+#include <QPushButton>
 
 #include <iostream>
 
@@ -88,5 +94,24 @@ int main(int argc, char** argv) {
         shootTabs(diag, diag->SSTab2, dir, QStringLiteral("diagnostics"));
     }
     if (QWidget* about = nav.show(forms::Form::frmAbout)) save(about, dir + QStringLiteral("/about.png"));
+    {
+        // The recorder after an operator's few steps (a level, a range, a sweep), while a
+        // client's query and its answer go by.
+        qz::remote::Recorder recorder(session, nav);
+        RecorderWindow window(recorder);
+        window.cmdRecord_Click();
+        if (auto* front = static_cast<frmMain*>(nav.show(forms::Form::frmMain))) {
+            front->txtV->setText(QStringLiteral("2.5"));
+            forms::pressEnter(front->txtV);
+            front->cboCurrent->setCurrentIndex(2);
+            emit front->cboCurrent->activated(2);
+        }
+        if (auto* measure = static_cast<frmMeasure*>(nav.show(forms::Form::frmMeasure)))
+            measure->cmdPlot->click();
+        recorder.traffic("127.0.0.1", "MEAS:VOLT?", true);
+        recorder.traffic("127.0.0.1", "2.499695", false);
+        window.show();
+        save(&window, dir + QStringLiteral("/recorder.png"));
+    }
     return 0;
 }
