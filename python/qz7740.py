@@ -479,6 +479,10 @@ class QZ7740(*_BASES):
         "CURR:RANG:NAME?", """The present range's name as the front panel lists it
         (``2.5mA``).""", cast=str, get_process=lambda v: v.strip('"'))
 
+    range_index = _control(
+        "CURR:RANG:IND", """The range index (0 to 6) the program scales clamps and readings by;
+        setting it sends nothing.""", validator=strict_range, values=(0, 6), cast=int)
+
     def select_current_range(self, name):
         """Chooses the current range by its name in the front panel's list (``"25mA"``)."""
         self.write('CURR:RANG "%s"' % str(name).replace('"', '""'))

@@ -46,6 +46,7 @@ COMMANDS = (
     ("DISPlay:PANel:CLOSe", "DISP:PAN:CLOS", True, False, "close_panel"),
     ("[SOURce#:]VOLTage[:LEVel][:IMMediate][:AMPLitude]", "VOLT", True, True, "source_voltage"),
     ("[SOURce#:]CURRent:RANGe", "CURR:RANG", True, True, "current_range"),
+    ("[SOURce#:]CURRent:RANGe:INDex", "CURR:RANG:IND", True, True, "range_index"),
     ("[SOURce#:]CURRent:RANGe:NAME", "CURR:RANG:NAME", False, True, "current_range_name"),
     ("[SOURce#:]CLAMp:HIGH", "CLAM:HIGH", True, True, "clamp_high"),
     ("[SOURce#:]CLAMp:LOW", "CLAM:LOW", True, True, "clamp_low"),

@@ -64,6 +64,7 @@ forms::Outcome frmMAINQZ7740::hexEntry(QLineEdit* box, qz::HexFieldId id, int in
         // The output shown is that of the text as typed; then the text is tidied.
         if (forms::Outcome o = outputV(); !o) return o;
         box->setText(qtext(c.text));
+        forms::markAccepted(box);
         DACLOAD(c.value, field.addressWord);
         return {};
     }
@@ -80,6 +81,7 @@ forms::Outcome frmMAINQZ7740::hexEntry(QLineEdit* box, qz::HexFieldId id, int in
     std::optional<QString> shownOutput;
     if (field.step == qz::FurtherStep::OutputV && !(shownOutput = outputVText(o))) return o;
     box->setText(qtext(c.text));
+    forms::markAccepted(box);
     switch (field.step) {
     case qz::FurtherStep::RampWrite: {
         rampWord = qz::composeRampWrite(c.value, field.addressWord).word;

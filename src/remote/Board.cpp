@@ -5,6 +5,7 @@
 #include "remote/Instrument.h"
 
 #include "board/Wire.h"
+#include "levels/Ranges.h"
 #include "forms/Navigator.h"
 #include "remote/Commands.h"
 
@@ -46,6 +47,13 @@ std::string Instrument::shadowAsk(const Call& c) {
     const int32_t* shadow = session_.general.shadowAt(static_cast<int>(wholeParam(c.params[0], 1, 7)));
     return hexWord(*shadow);
 }
+
+std::string Instrument::rangeIndexSet(const Call& c) {
+    session_.general.IRangeIndex = static_cast<int16_t>(wholeParam(c.params[0], 0, qz::kCurrentRangeCount - 1));
+    return {};
+}
+
+std::string Instrument::rangeIndexAsk(const Call&) { return std::to_string(session_.general.IRangeIndex); }
 
 std::string Instrument::boardRequest(const Call& c) {
     session_.usb.SendRequest(c.command.arg == 0 ? wire::kChipReset : wire::kAdcConvert);

@@ -189,6 +189,11 @@ const Command kTable[] = {
      .answer = "the range's full scale, amperes",
      .what = "current range (cboCurrent): the smallest whose full scale covers the value",
      .example = "`CURR:RANG 2MA`; `CURR:RANG?` → `0.0025`", .python = "current_range"},
+    {.header = "[SOURce#:]CURRent:RANGe:INDex", .set = &I::rangeIndexSet, .ask = &I::rangeIndexAsk, .setMin = 1,
+     .setMax = 1, .param = "`<0..6>`", .answer = "the index",
+     .what = "the range the program scales clamps and readings by, which the range lists set (the "
+             "measurement panel's stimulus lists without a word to the chip); nothing is sent",
+     .example = "`CURR:RANG:IND 3`", .python = "range_index"},
     {.header = "[SOURce#:]CURRent:RANGe:NAME", .ask = &I::rangeName, .control = "cboCurrent",
      .answer = "`\"<name>\"` as the list shows it, without ± and \"Current Range\"",
      .example = "`CURR:RANG:NAME?` → `\"2.5mA\"`", .python = "current_range_name"},

@@ -128,6 +128,8 @@ class Instrument : public QObject {
     std::string regReply(const Call&);
     std::string shadowSet(const Call&);
     std::string shadowAsk(const Call&);
+    std::string rangeIndexSet(const Call&);
+    std::string rangeIndexAsk(const Call&);
     std::string boardRequest(const Call&);
     std::string boardSwitch(const Call&);
     std::string boardChannel(const Call&);

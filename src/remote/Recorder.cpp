@@ -15,6 +15,7 @@
 #include <QRegularExpression>
 
 #include <array>
+#include <cctype>
 #include <cstdio>
 
 namespace qz::remote {
@@ -143,6 +144,7 @@ struct Recorder::Impl {
         bool boxesHeld = true; // the boxes the row's operation reads held their values
         std::vector<RequestSeen> calls;
         std::array<int32_t, 7> shadows{};
+        int rangeIndex = 0;
         std::string note;
     };
     std::vector<Frame> stack;
@@ -206,6 +208,7 @@ struct Recorder::Impl {
                   {}, "the panel " + name + (a.kind == forms::Action::Kind::Open ? " shown" : " closed")});
         }
         f.shadows = shadows();
+        f.rangeIndex = session.general.IRangeIndex;
         stack.push_back(std::move(f));
     }
 
@@ -221,7 +224,7 @@ struct Recorder::Impl {
         // What the operation sent from boxes a script cannot set as they stood goes as it went.
         if (!f.row || (!f.boxesHeld && !f.calls.empty())) return asItWent(f);
         if (f.row->record == Rec::Run) return endRun(f, outcome);
-        if (!outcome) return flush(f);
+        if (!outcome) return asItWent(f);
         // A twin is read on the row's own panel, whose control the command sets.
         QWidget* control = twin ? forms::controlOf<QWidget>(nav, f.row->form, a.control->objectName()) : a.control;
         const std::string param = parameter(*f.row, control);
@@ -232,13 +235,15 @@ struct Recorder::Impl {
         put({f.row->set ? Kind::Write : Kind::Query, param.empty() ? head : head + " " + param, {}, {}, {}, f.note});
     }
 
-    // The action as the requests it made, and the program's copy of each word it
-    // composed without sending it.
+    // The action as the requests it made, the program's copy of each word it composed
+    // without sending it, and the range index it chose without a word.
     void asItWent(Frame& f) {
         flush(f);
         const std::array<int32_t, 7> now = shadows();
         for (size_t i = 0; i < now.size(); ++i)
             if (now[i] != f.shadows[i]) put({Kind::Write, "REG:SHAD #H" + hex6(now[i]), {}, {}, {}, f.note});
+        if (session.general.IRangeIndex != f.rangeIndex)
+            put({Kind::Write, "CURR:RANG:IND " + std::to_string(session.general.IRangeIndex), {}, {}, {}, f.note});
     }
 
     // A run that ended refused is written as the requests it made; one that started and
@@ -253,8 +258,11 @@ struct Recorder::Impl {
         const bool sweep = f.row->set == &Instrument::initSweep;
         for (const char* header : f.row->words) {
             fetch.queries.push_back(queryOf(header));
-            for (const Command& c : commandTable())
-                if (std::string_view(c.header) == header) fetch.columns.push_back(std::string(c.python).substr(6));
+            // A column is named by the fetch's last node: "force", "reading", "times".
+            std::string node = std::string_view(header).substr(std::string_view(header).rfind(':') + 1).data();
+            std::erase_if(node, [](char ch) { return ch == '[' || ch == ']'; });
+            for (char& ch : node) ch = static_cast<char>(std::tolower(static_cast<unsigned char>(ch)));
+            fetch.columns.push_back(node);
         }
         fetch.file = sweep ? "sweep-" + std::to_string(++sweeps) + ".csv" : "time-" + std::to_string(++timeRuns) + ".csv";
         put(fetch);

@@ -144,8 +144,8 @@ protected:
         return forms::controlOf<T>(h.nav, form, QString::fromLatin1(name));
     }
     // A panel shown by the operator, its runs on a clock that moves only when waited on.
-    QWidget* open(forms::Form form) {
-        QWidget* p = h.nav.show(form);
+    QWidget* open(forms::Form form) { return clocked(h.nav.show(form)); }
+    QWidget* clocked(QWidget* p) {
         if (auto* me = dynamic_cast<frmMeasure*>(p)) me->useClock(clock);
         if (auto* d = dynamic_cast<frmDIAG*>(p)) d->useClock(clock);
         return p;
@@ -293,7 +293,7 @@ TEST_F(Record, TwoThousandRandomActionsReplay) {
         std::vector<QWidget*> panels;
         for (forms::Form form : {forms::Form::frmMain, forms::Form::frmMAINQZ7740, forms::Form::frmMeasure,
                                  forms::Form::frmDIAG, forms::Form::frmCompensation})
-            if (h.nav.loaded(form)) panels.push_back(open(form)); // a panel loaded afresh gets the clock too
+            if (QWidget* p = h.nav.loaded(form)) panels.push_back(clocked(p)); // loaded afresh too
         QWidget* panel = panels[rng() % panels.size()];
         if (rng() % 40 == 0) {
             // A panel closed, or one of the others shown, as their menus do.
