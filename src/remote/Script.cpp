@@ -189,14 +189,8 @@ constexpr const char* kPyvisaOpen = R"PY(
 ERRORS = (Failed, pyvisa.errors.Error, OSError)
 
 
-class Board:
+class Board(Steps):
     """The program's remote control through PyVISA; each step reads the error queue after it."""
-
-    def __init__(self, results):
-        self.results = results
-        self.count = 0
-        self.where = "the start"
-        self.visa = None
 
     def open(self, resource):
         self.where = "opening " + resource
@@ -208,9 +202,7 @@ class Board:
                 socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
         except (AttributeError, KeyError, OSError):
             pass
-        # The script's own state: an empty error queue, and the runs' data as text.
-        self._send("*CLS")
-        self._send("FORM ASC")
+        self.begin()
 
     def close(self):
         if self.visa is not None:
@@ -221,22 +213,14 @@ constexpr const char* kPymeasureOpen = R"PY(
 ERRORS = (Failed, QZ7740Error, pyvisa.errors.Error, OSError)
 
 
-class Board:
+class Board(Steps):
     """The program's remote control through the QZ7740 class; each step reads the error
     queue after it."""
-
-    def __init__(self, results):
-        self.results = results
-        self.count = 0
-        self.where = "the start"
-        self.qz = None
 
     def open(self, resource):
         self.where = "opening " + resource
         self.qz = QZ7740(resource, timeout=TIMEOUT_MS)
-        # The script's own state: an empty error queue, and the runs' data as text.
-        self._send("*CLS")
-        self._send("FORM ASC")
+        self.begin()
 
     def close(self):
         # Not shutdown(): that switches the output off, which no step asked for.
@@ -245,6 +229,20 @@ class Board:
 )PY";
 
 constexpr const char* kSteps = R"PY(
+class Steps:
+    """What each step does, over the link a Board opens."""
+
+    def __init__(self, results):
+        self.results = results
+        self.count = 0
+        self.where = "the start"
+        self.visa = self.qz = None
+
+    def begin(self):
+        # The script's own state: an empty error queue, and the runs' data as text.
+        self._send("*CLS")
+        self._send("FORM ASC")
+
     def write(self, message):
         self._begin(message)
         self._send(message)
@@ -377,8 +375,8 @@ if __name__ == "__main__":
 
 std::string script(const std::vector<Step>& steps, const ScriptHeader& header, const char* client,
                    const char* imports, const char* open, const char* wire) {
-    return docstring(steps, header, client) + imports + "\n\n" + stepCalls(steps) + kFailed + open +
-           kSteps + wire + kMain;
+    return docstring(steps, header, client) + imports + "\n\n" + stepCalls(steps) + kFailed + kSteps + "\n" +
+           open + wire + kMain;
 }
 
 } // namespace
