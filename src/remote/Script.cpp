@@ -284,23 +284,29 @@ class Steps:
             except ValueError:
                 raise Failed("%s answered %r, which is no number" % (query, value)) from None
         return values
-)PY";
 
-constexpr const char* kPyvisaWire = R"PY(
     def _send(self, message):
-        self.visa.write(message)
+        self._write(message)
         self._check()
 
     def _ask(self, message, timeout=TIMEOUT_MS):
-        self.visa.timeout = timeout
-        try:
-            answer = self.visa.query(message).strip()
-        finally:
-            self.visa.timeout = TIMEOUT_MS
+        answer = self._query(message, timeout)
         self._check()
         if not answer:
             raise Failed("%s: no answer" % message)
         return answer
+)PY";
+
+constexpr const char* kPyvisaWire = R"PY(
+    def _write(self, message):
+        self.visa.write(message)
+
+    def _query(self, message, timeout):
+        self.visa.timeout = timeout
+        try:
+            return self.visa.query(message).strip()
+        finally:
+            self.visa.timeout = TIMEOUT_MS
 
     def _check(self):
         # A negative code is an error and stops the script; a positive one is the
@@ -315,23 +321,18 @@ constexpr const char* kPyvisaWire = R"PY(
 )PY";
 
 constexpr const char* kPymeasureWire = R"PY(
-    def _send(self, message):
+    def _write(self, message):
         self.qz.write(message)
-        self._check()
 
-    def _ask(self, message, timeout=TIMEOUT_MS):
+    def _query(self, message, timeout):
         # A wait's *OPC? lifts the connection's timeout for its one answer (rather than
         # polling with wait_for_completion), so the step sends the message as recorded.
         connection = self.qz.adapter.connection
         connection.timeout = timeout
         try:
-            answer = self.qz.ask(message).strip()
+            return self.qz.ask(message).strip()
         finally:
             connection.timeout = TIMEOUT_MS
-        self._check()
-        if not answer:
-            raise Failed("%s: no answer" % message)
-        return answer
 
     def _check(self):
         # A negative code is an error and stops the script; a positive one is the
