@@ -134,8 +134,9 @@ struct Recorder::Impl {
     std::vector<Step> steps;
     int sweeps = 0, timeRuns = 0;
 
-    // An action in progress. Its requests are kept when it is written as requests (no
-    // row); an action inside one that a command stands for is part of it.
+    // An action in progress and the requests it has made so far, kept in case it is
+    // written as them. An action inside one that a command stands for (but a run) is part
+    // of it ("inner"), as is anything a panel's load does.
     struct Frame {
         forms::Action action;
         const Command* row = nullptr;
