@@ -248,6 +248,9 @@ TEST_F(Record, RunsAlarmsComposedWordsAndARefusalReplay) {
     EXPECT_EQ(h.boxes.size(), 1u);
     EXPECT_EQ(recorder->steps().size(), steps);
     EXPECT_TRUE(take().empty());
+    // The stimulus lists choose the range the clamps are typed in, without a word.
+    qztest::pick(me->cboCurrent2, 2);
+    qztest::Harness::enter(m->txtclamph, QStringLiteral("1"));
     // One refused after it sent the range words: those are recorded as they went.
     qztest::Harness::enter(m->txtV, QStringLiteral("99"));
     EXPECT_EQ(h.boxes.size(), 2u);
