@@ -6,22 +6,16 @@
 
 #include "board/Wire.h"
 #include "levels/Ranges.h"
+#include "registers/HexText.h"
 #include "forms/Navigator.h"
 #include "remote/Commands.h"
 
 #include <QWidget>
 
-#include <cstdio>
 
 namespace qz::remote {
 
 namespace {
-
-std::string hexWord(int32_t word) {
-    char text[8];
-    std::snprintf(text, sizeof text, "%06X", static_cast<unsigned>(word & 0xFFFFFF));
-    return text;
-}
 
 // The panel a parameter names, as character data or a string, in any case.
 forms::Form panelNamed(const std::string& param) {
@@ -33,7 +27,7 @@ forms::Form panelNamed(const std::string& param) {
 
 } // namespace
 
-std::string Instrument::regReply(const Call&) { return hexWord(session_.usb.ReadSPIWord()); }
+std::string Instrument::regReply(const Call&) { return NumberToHex(session_.usb.ReadSPIWord() & 0xFFFFFF, 6); }
 
 std::string Instrument::shadowSet(const Call& c) {
     const int32_t word = static_cast<int32_t>(wholeParam(c.params[0], 0, 0x7FFFFF));
@@ -45,7 +39,7 @@ std::string Instrument::shadowSet(const Call& c) {
 
 std::string Instrument::shadowAsk(const Call& c) {
     const int32_t* shadow = session_.general.shadowAt(static_cast<int>(wholeParam(c.params[0], 1, 7)));
-    return hexWord(*shadow);
+    return NumberToHex(*shadow & 0xFFFFFF, 6);
 }
 
 std::string Instrument::rangeIndexSet(const Call& c) {

@@ -11,6 +11,7 @@
 #include "levels/Messages.h"
 #include "levels/Numbers.h"
 #include "measure/frmMeasure.h"
+#include "registers/HexText.h"
 #include "registers/RegisterMap.h"
 #include "remote/Commands.h"
 
@@ -18,7 +19,6 @@
 #include <QLineEdit>
 #include <QTimer>
 
-#include <cstdio>
 
 namespace qz::remote {
 
@@ -361,10 +361,7 @@ std::string Instrument::regWrite(const Call& c) {
 
 std::string Instrument::regRead(const Call& c) {
     const int address = static_cast<int>(wholeParam(c.params[0], 0, 0x7F));
-    const int32_t r = session_.readWord(qz::readCommandOf(address));
-    char text[8];
-    std::snprintf(text, sizeof text, "%06X", static_cast<unsigned>(r & 0xFFFFFF));
-    return text;
+    return NumberToHex(session_.readWord(qz::readCommandOf(address)) & 0xFFFFFF, 6);
 }
 
 // --- Runs -------------------------------------------------------------------------------

@@ -15,6 +15,7 @@
 #include "remote/Status.h"
 
 #include <QObject>
+#include <QString>
 
 #include <functional>
 #include <optional>
@@ -187,6 +188,10 @@ class Instrument : public QObject {
     // (not a number: an illegal value), in the panel's own words; any other refusal is an
     // execution error with its text.
     static Error errorOf(const forms::Box& refusal);
+
+    // A range list's item as a quoted name that CURR:RANG takes back ("\"2.5mA\"" for
+    // "±2.5mA Current Range").
+    static std::string rangeNameOf(QString item);
 
   private:
     enum class Run { None, Sweep, Time };

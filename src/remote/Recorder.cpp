@@ -5,6 +5,7 @@
 #include "forms/Recording.h"
 #include "levels/Ranges.h"
 #include "registers/FieldOps.h"
+#include "registers/HexText.h"
 #include "registers/RegisterMap.h"
 #include "registers/Session.h"
 #include "remote/Commands.h"
@@ -16,7 +17,6 @@
 
 #include <array>
 #include <cctype>
-#include <cstdio>
 
 namespace qz::remote {
 
@@ -24,11 +24,7 @@ namespace {
 
 using Kind = Step::Kind;
 
-std::string hex6(int32_t word) {
-    char text[8];
-    std::snprintf(text, sizeof text, "%06X", static_cast<unsigned>(word & 0xFFFFFF));
-    return text;
-}
+std::string hex6(int32_t word) { return NumberToHex(word & 0xFFFFFF, 6); }
 
 std::string onOff(bool on) { return on ? "ON" : "OFF"; }
 
@@ -314,9 +310,7 @@ struct Recorder::Impl {
             return range && v ? numberText(*v * range->toAmperes) : text;
         }
         case Rec::Range: {
-            QString name = list->currentText().remove(QChar(0x00B1)).trimmed();
-            name.remove(QStringLiteral(" Current Range"));
-            return "\"" + name.trimmed().toStdString() + "\"";
+            return Instrument::rangeNameOf(list->currentText());
         }
         case Rec::Index: return std::to_string(list ? index : whereIs(control).member);
         case Rec::Value: return numberText(row.values[static_cast<size_t>(index)]);

@@ -232,12 +232,15 @@ std::string Instrument::rangeAsk(const Call& call) {
     return numberText(fullScales[static_cast<size_t>(std::min<int>(index, static_cast<int>(fullScales.size()) - 1))]);
 }
 
+std::string Instrument::rangeNameOf(QString item) {
+    item = item.remove(QChar(0x00B1)).trimmed();
+    item.remove(QStringLiteral(" Current Range"));
+    return "\"" + item.trimmed().toStdString() + "\"";
+}
+
 std::string Instrument::rangeName(const Call& call) {
     QWidget* list = shown(call);
-    QString name = list ? listOf(list)->currentText() : QString::fromUtf8(qz::kSenseRanges[0].item);
-    name = name.remove(QChar(0x00B1)).trimmed();
-    name.remove(QStringLiteral(" Current Range"));
-    return "\"" + name.trimmed().toStdString() + "\"";
+    return rangeNameOf(list ? listOf(list)->currentText() : QString::fromUtf8(qz::kSenseRanges[0].item));
 }
 
 // --- Clamps -----------------------------------------------------------------------------
